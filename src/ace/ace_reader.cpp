@@ -1,0 +1,214 @@
+#include "ace/ace_reader.h"
+
+#include <array>
+#include <iostream>
+#include <string_view>
+#include <utility>
+
+#include "common/end_process.h"
+
+namespace pelkrin {
+namespace {
+
+// The order in which a contig's records must come.
+constexpr std::array<std::string_view, 5> record_tags = {"CO", "BQ", "AF", "BS", "RD"};
+constexpr std::size_t co_index = 0;
+constexpr std::size_t bq_index = 1;
+constexpr std::size_t af_index = 2;
+constexpr std::size_t bs_index = 3;
+constexpr std::size_t rd_index = 4;
+
+[[noreturn]] void wrong_tag(const std::string& tag) {
+    std::cerr << "Error: tag '" << tag << "' should be not in the ACE file!" << std::endl;
+    end_process(1);
+}
+
+}  // namespace
+
+aceReader::aceReader(std::string name) : file_name(std::move(name)) {
+    if (!ace_in.open(file_name)) {
+        std::cerr << "The file: " << file_name << " can not be opened" << std::endl;
+        end_process(1);
+    }
+    read_header();
+}
+
+bool aceReader::open_file(const char* name) {
+    ace_in.close();
+    contig_num = 0;
+    read_total = 0;
+    file_name = name;
+    if (!ace_in.open(file_name)) {
+        std::cerr << "the file: " << file_name << " can not be opened" << std::flush;
+        end_process(1);
+    }
+    read_header();
+    return true;
+}
+
+void aceReader::close_file() {
+    ace_in.close();
+    contig_num = 0;
+    read_total = 0;
+}
+
+void aceReader::read_header() {
+    std::string word;
+    ace_in.read_word(word);
+    if (word != "AS") {
+        std::cerr << "Error: the input file " << file_name << " does not like an ACE file" << std::endl;
+        end_process(1);
+    }
+    // A count that cannot be read leaves the stream failed, which ends the
+    // reading of contigs before it starts.
+    ace_in.read_number(contig_num);
+    ace_in.read_number(read_total);
+}
+
+bool aceReader::skip_block() {
+    std::string_view line;
+    while (ace_in.next_line(line)) {
+        if (line.empty()) return true;
+    }
+    return false;
+}
+
+bool aceReader::read_text_block(std::string& buffer) {
+    buffer.clear();
+    std::string_view line;
+    while (ace_in.next_line(line)) {
+        if (line.empty()) return true;
+        buffer.append(line);
+    }
+    return false;
+}
+
+bool aceReader::skip_brace_block() {
+    std::string_view line;
+    while (ace_in.next_line(line)) {
+        if (!line.empty() && line.front() == '}') return true;
+    }
+    return false;
+}
+
+bool aceReader::read_af_lines(contig& target, std::string_view first_line, std::string& tag) {
+    std::string_view line = first_line;
+    for (int32_t i = 1; i <= target.read_num; ++i) {
+        // The count comes from the file, so the end of input must end the loop.
+        if (i > 1 && !ace_in.next_line(line)) return false;
+        line_scanner scanner(line);
+        scanner.word(tag);
+        READ read;
+        char direction = 0;
+        scanner.word(read.name);
+        scanner.character(direction);
+        scanner.number(read.pos);
+        read.uncomplemented = direction == 'C' ? 0 : 1;
+        target.reads.insert_or_assign(read.name, std::move(read));
+    }
+    return true;
+}
+
+bool aceReader::read_rd_section(contig& target, line_scanner& scanner, std::string& tag) {
+    if (target.read_num <= 0) return true;
+    std::string name;
+    std::string bases;
+    std::string held_rest;
+    std::string_view line;
+    for (int32_t i = 1; i <= target.read_num; ++i) {
+        while (tag != "RD") {
+            if (!ace_in.next_line(line)) return false;
+            scanner = line_scanner(line);
+            scanner.word(tag);
+        }
+        name.clear();
+        scanner.word(name);
+        const auto found = target.reads.find(name);
+        if (found == target.reads.end()) {
+            std::cerr << "Error: AF tag for read " << name << " is missing" << std::endl;
+            end_process(1);
+        }
+        READ& read = found->second;
+        scanner.number(read.len);
+
+        const bool block_ended = read_text_block(bases);
+        read.seq.assign(bases.begin(), bases.end());
+        if (!block_ended) return false;
+
+        // The QA line: its first word becomes the tag, the quality clip range is dropped.
+        do {
+            if (!ace_in.next_line(line)) return false;
+        } while (line.empty());
+        scanner = line_scanner(line);
+        scanner.word(tag);
+        int32_t dropped = 0;
+        scanner.number(dropped);
+        scanner.number(dropped);
+        scanner.number(read.align_start);
+        scanner.number(read.align_end);
+        // A QA line headed "RD" names the next read itself; keep its rest past the DS line.
+        if (tag == "RD") scanner.move_rest_to(held_rest);
+
+        ace_in.next_line(line);  // the DS line, whatever it holds
+    }
+    return true;
+}
+
+bool aceReader::next_contig(contig& target) {
+    if (file_name.empty()) {
+        std::cerr << "Error: there is no ACE file open!" << std::endl;
+        return false;
+    }
+    if (contig_num == 0 || ace_in.at_end()) return false;
+
+    std::size_t expected = co_index;
+    std::string tag;  // kept across lines: a line of blanks does not change it
+    std::string text;
+    std::string_view line;
+    while (ace_in.next_line(line)) {
+        if (line.empty()) continue;
+        line_scanner scanner(line);
+        scanner.word(tag);
+        if (tag.find('{') != std::string::npos && skip_brace_block()) tag.clear();
+        if (tag.empty()) continue;
+        if (tag != record_tags[expected]) wrong_tag(tag);
+
+        switch (expected) {
+            case co_index: {
+                scanner.word(target.name);
+                scanner.number(target.base_num);
+                scanner.number(target.read_num);
+                scanner.number(target.seg_num);
+                char direction = 0;
+                if (scanner.character(direction) && direction == 'U') target.uncomplemented = 1;
+                read_text_block(text);
+                target.consensus.assign(text.begin(), text.end());
+                break;
+            }
+            case bq_index:
+            case bs_index:
+                skip_block();
+                break;
+            case af_index:
+                if (!read_af_lines(target, line, tag)) return false;
+                break;
+            case rd_index:
+                return read_rd_section(target, scanner, tag);
+        }
+        ++expected;
+    }
+    return false;
+}
+
+int32_t aceReader::next_contig(std::vector<contig>& out, int16_t max_count) {
+    if (max_count <= 0) return 0;
+    int32_t count = 0;
+    for (;;) {
+        contig fresh;
+        if (!next_contig(fresh)) return count;
+        out.push_back(std::move(fresh));
+        if (++count >= max_count) return max_count;
+    }
+}
+
+}  // namespace pelkrin

@@ -1,0 +1,49 @@
+#pragma once
+// Strict front-to-back reader of an ACE assembly file, one contig per call.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ace/contig.h"
+#include "ace/line_scanner.h"
+#include "ace/line_source.h"
+
+namespace pelkrin {
+
+class aceReader {
+public:
+    std::string file_name;  // empty: no file was ever opened
+    line_source ace_in;
+    int32_t contig_num = 0;  // as the AS line announces; 0 when closed
+    int32_t read_total = 0;  // as the AS line announces; kept for callers only
+
+    aceReader() = default;
+    // Opens the file and reads its AS line; any failure ends the process.
+    explicit aceReader(std::string name);
+    aceReader(const aceReader&) = delete;
+    aceReader& operator=(const aceReader&) = delete;
+
+    // Closes any open file, then opens and checks `name` like the constructor.
+    bool open_file(const char* name);
+    void close_file();
+
+    // Reads the next contig into `target`, which is never cleared first. True
+    // when the contig was read up to its last RD record; false at the end of
+    // input, when no file was opened, or when the file announced no contigs.
+    bool next_contig(contig& target);
+    // Appends up to `max_count` freshly read contigs; returns how many.
+    int32_t next_contig(std::vector<contig>& out, int16_t max_count);
+
+private:
+    void read_header();
+    // Lines up to the next blank one; false when the input ended first.
+    bool skip_block();
+    bool read_text_block(std::string& buffer);
+    // The rest of a brace block; false when the input ended before its "}" line.
+    bool skip_brace_block();
+    // Returns false when the input ends before all AF lines were read.
+    bool read_af_lines(contig& target, std::string_view first_line, std::string& tag);
+    bool read_rd_section(contig& target, line_scanner& scanner, std::string& tag);
+};
+
+}  // namespace pelkrin

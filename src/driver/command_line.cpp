@@ -1,0 +1,54 @@
+#include "driver/command_line.h"
+
+namespace pelkrin {
+
+command_line scan_options(int argc, const char* const* argv, std::ostream& err) {
+    command_line cl;
+    int i = 1;
+    // A lone "-" is a file name, not an option argument.
+    for (; i < argc && argv[i][0] == '-' && argv[i][1] != '\0'; ++i) {
+        for (const char* c = argv[i] + 1; *c != '\0'; ++c) {
+            switch (*c) {
+                case 'h':
+                case 'H': cl.help = true; break;
+                case 'v':
+                case 'V': cl.version = true; break;
+                case 'f': cl.flowgram = true; break;
+                default:
+                    err << "Unreconized switch: " << *c << std::endl;
+                    cl.help = true;
+                    break;
+            }
+        }
+    }
+    cl.first_positional = i;
+    cl.count_right = (argc == i + 2);
+    if (cl.count_right) {
+        cl.ace_file = argv[i];
+        cl.sff_file = argv[i + 1];
+    }
+    return cl;
+}
+
+outcome decide(const command_line& cl) {
+    if (cl.count_right) {
+        if (cl.help) return cl.version ? outcome::usage_then_version : outcome::usage;
+        return cl.version ? outcome::version : outcome::run;
+    }
+    // A wrong count prints both texts, unless -v came without -h.
+    if (cl.version && !cl.help) return outcome::version;
+    return outcome::usage_then_version;
+}
+
+std::string output_prefix(const std::string& ace_file) {
+    std::size_t p = ace_file.find_last_of(".ace");
+    if (p == std::string::npos) p = ace_file.find_last_of(".ACE");
+    if (p == std::string::npos) return ace_file;
+    // Unsigned on purpose: a hit at 0, 1 or 2 wraps and keeps the whole name.
+    return ace_file.substr(0, p - 3);
+}
+
+std::string reads_file_name(const std::string& prefix) { return prefix + ".reads"; }
+std::string index_file_name(const std::string& prefix) { return prefix + ".qdx"; }
+
+}  // namespace pelkrin

@@ -1,0 +1,63 @@
+#pragma once
+// A text output file written through a large buffer, so that a line costs no
+// system call. Whatever has been written reaches the file when it is closed,
+// destroyed, or when the process ends through end_process.
+#include <charconv>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/end_process.h"
+
+namespace pelkrin {
+
+class output_file : public flushable {
+public:
+    // Creates the file, or empties it when it exists.
+    explicit output_file(const std::string& path);
+    ~output_file();
+    output_file(const output_file&) = delete;
+    output_file& operator=(const output_file&) = delete;
+
+    // True when the file could not be opened, or a write to it has failed.
+    bool failed() const { return failed_; }
+
+    void write(std::string_view text) {
+        if (buf_.size() - used_ < text.size()) make_room(text.size());
+        text.copy(buf_.data() + used_, text.size());
+        used_ += text.size();
+    }
+    void put(char c) {
+        if (used_ == buf_.size()) make_room(1);
+        buf_[used_++] = c;
+    }
+    template <typename Integer>
+    void number(Integer value) {
+        if (buf_.size() - used_ < max_number_chars) make_room(max_number_chars);
+        used_ = static_cast<std::size_t>(std::to_chars(buf_.data() + used_, buf_.data() + buf_.size(), value).ptr -
+                                         buf_.data());
+    }
+
+    // Bytes written so far, counted from the start of the file; -1 when the
+    // stream has failed or the file cannot report positions.
+    std::int64_t tellp() const;
+    void close();
+    void flush_before_exit() override { flush(); }
+
+private:
+    static constexpr std::size_t max_number_chars = 24;
+
+    void make_room(std::size_t n);
+    void flush();
+
+    std::FILE* file_ = nullptr;
+    std::vector<char> buf_;
+    std::size_t used_ = 0;
+    std::int64_t flushed_ = 0;
+    bool seekable_ = false;
+    bool failed_ = false;
+};
+
+}  // namespace pelkrin

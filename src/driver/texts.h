@@ -1,0 +1,15 @@
+#pragma once
+// The program's fixed texts: its name, its version, the usage and version texts.
+#include <ostream>
+
+namespace pelkrin {
+
+inline constexpr const char* PRG = "Pelkrin";
+inline constexpr const char* VERSION = "1.1";
+// Follows a tab at the end of the version text and of the completion message.
+inline constexpr const char* AUTHORSHIP = "Written by the Pelkrin developers";
+
+void print_usage(std::ostream& out);
+void print_version(std::ostream& out);
+
+}  // namespace pelkrin

@@ -1,0 +1,126 @@
+#include "sff/binary_input.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace pelkrin {
+namespace {
+
+constexpr std::size_t largest_fill = std::size_t{1} << 20;
+
+}  // namespace
+
+binary_input::~binary_input() {
+    if (fd_ >= 0) ::close(fd_);
+}
+
+bool binary_input::open(const std::string& path) {
+    if (fd_ >= 0) ::close(fd_);
+    fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd_ < 0) return false;
+    struct stat st {};
+    size_ = (::fstat(fd_, &st) == 0 && S_ISREG(st.st_mode)) ? static_cast<std::int64_t>(st.st_size) : -1;
+    buf_.assign(largest_fill, 0);
+    pos_ = buf_start_ = 0;
+    buf_len_ = 0;
+    fill_ = jump_fill_;
+    clear();
+    return true;
+}
+
+void binary_input::set_jump_fill(std::size_t bytes) {
+    jump_fill_ = std::clamp<std::size_t>(bytes, 64, largest_fill);
+}
+
+std::size_t binary_input::fetch(unsigned char* dst, std::size_t n) {
+    std::size_t got = 0;
+    while (got < n && fd_ >= 0) {
+        const ssize_t r = ::pread(fd_, dst + got, n - got, static_cast<off_t>(pos_) + static_cast<off_t>(got));
+        if (r < 0 && errno == EINTR) continue;
+        if (r <= 0) break;  // end of file, or an error that ends the input
+        got += static_cast<std::size_t>(r);
+    }
+    fetched_ += got;
+    return got;
+}
+
+bool binary_input::refill() {
+    // Reading on from where the buffer ended is sequential: ask for more next time.
+    if (pos_ == buffer_end() && buf_len_ > 0) {
+        fill_ = std::min(fill_ * 2, largest_fill);
+    } else {
+        fill_ = jump_fill_;
+    }
+    buf_start_ = pos_;
+    buf_len_ = fetch(buf_.data(), fill_);
+    return buf_len_ > 0;
+}
+
+void binary_input::read(void* dst, std::size_t n) {
+    gcount_ = 0;
+    if (!good()) {
+        fail_ = true;
+        return;
+    }
+    auto* out = static_cast<unsigned char*>(dst);
+    while (gcount_ < n) {
+        if (pos_ < buf_start_ || pos_ >= buffer_end()) {
+            const std::size_t want = n - gcount_;
+            if (want >= largest_fill) {  // large blocks go straight to the caller
+                const std::size_t got = fetch(out + gcount_, want);
+                pos_ += static_cast<std::int64_t>(got);
+                gcount_ += got;
+                break;
+            }
+            if (!refill()) break;
+        }
+        const auto at = static_cast<std::size_t>(pos_ - buf_start_);
+        const std::size_t take = std::min(n - gcount_, buf_len_ - at);
+        std::memcpy(out + gcount_, buf_.data() + at, take);
+        pos_ += static_cast<std::int64_t>(take);
+        gcount_ += take;
+    }
+    if (gcount_ < n) eof_ = fail_ = true;
+}
+
+void binary_input::skip(std::uint64_t n) {
+    gcount_ = 0;
+    if (!good()) {
+        fail_ = true;
+        return;
+    }
+    const std::uint64_t take = std::min(n, remaining());
+    pos_ += static_cast<std::int64_t>(take);
+    gcount_ = static_cast<std::size_t>(take);
+    if (take < n) eof_ = fail_ = true;
+}
+
+void binary_input::seekg(std::int64_t pos) {
+    eof_ = false;
+    if (fail_) return;
+    if (pos < 0 || fd_ < 0) {
+        fail_ = true;
+        return;
+    }
+    pos_ = pos;
+}
+
+void binary_input::seekg_relative(std::int64_t off) {
+    eof_ = false;
+    if (fail_) return;
+    seekg(pos_ + off);
+}
+
+std::int64_t binary_input::tellg() const { return fail_ ? -1 : pos_; }
+
+std::uint64_t binary_input::remaining() const {
+    if (size_ < 0 || pos_ >= size_) return 0;
+    return static_cast<std::uint64_t>(size_ - pos_);
+}
+
+}  // namespace pelkrin

@@ -1,0 +1,43 @@
+#include "sff/seq_read.h"
+
+#include <algorithm>
+
+namespace pelkrin {
+
+seqRead::seqRead(const sff_read& r) { assign(r); }
+
+void seqRead::assign(const sff_read& r) {
+    const std::int16_t base_start = r.get_base_start();
+    const std::int16_t base_end = r.get_base_end();
+    name.assign(r.name.data(), std::min<std::size_t>(r.name_length, r.name.size()));
+
+    // Positions are 16-bit: a kept range that comes out empty or reversed (also
+    // what a read of 32768 bases or more turns into) gives an empty read.
+    const auto length = static_cast<std::int16_t>(base_end - base_start + 1);
+    const std::size_t kept = length > 0 ? static_cast<std::size_t>(length) : 0;
+    bases.assign(kept, '\0');
+    quals.assign(kept, 0);
+    flowIdx.assign(kept, 0);
+    if (kept == 0) return;
+
+    // Only what the record really holds is visited; kept bases it lacks stay 0.
+    const std::size_t held = std::min({static_cast<std::size_t>(r.number_of_bases), r.flow_index_per_base.size(),
+                                       r.bases.size(), r.quality_scores.size()});
+    // Every base advances the flow position, clipped or not, so a kept base's flow
+    // counts from the read's first flow.
+    std::int16_t p = -1;
+    for (std::size_t i = 0; i < held; ++i) {
+        p = static_cast<std::int16_t>(p + r.flow_index_per_base[i]);
+        const std::int64_t position = static_cast<std::int64_t>(i) + 1;
+        if (position < base_start) continue;
+        const auto j = static_cast<std::size_t>(position - base_start);
+        if (j < kept) {
+            bases[j] = r.bases[i];
+            quals[j] = static_cast<std::int16_t>(r.quality_scores[i]);
+            flowIdx[j] = p;
+        }
+        if (position >= base_end) break;
+    }
+}
+
+}  // namespace pelkrin

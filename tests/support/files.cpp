@@ -1,0 +1,50 @@
+#include "files.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace pelkrin::test {
+
+std::filesystem::path scratch_dir() {
+    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+    std::filesystem::path root;
+    if (const char* env = std::getenv("PELKRIN_TEST_TMP")) {
+        root = env;
+    } else {
+        root = std::filesystem::temp_directory_path() / "pelkrin-tests";
+    }
+    std::string leaf = info ? std::string(info->test_suite_name()) + "." + info->name() : "no-test";
+    for (char& c : leaf) {
+        if (c == '/') c = '_';
+    }
+    auto dir = root / leaf;
+    std::filesystem::remove_all(dir);
+    std::filesystem::create_directories(dir);
+    return dir;
+}
+
+std::string read_file(const std::filesystem::path& p) {
+    std::ifstream in(p, std::ios::binary);
+    if (!in) throw std::runtime_error("cannot read " + p.string());
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+void write_file(const std::filesystem::path& p, std::string_view bytes) {
+    std::ofstream out(p, std::ios::binary | std::ios::trunc);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (!out) throw std::runtime_error("cannot write " + p.string());
+}
+
+std::filesystem::path data_file(std::string_view name) {
+    return std::filesystem::path(PELKRIN_DATA_DIR) / name;
+}
+
+std::filesystem::path source_file(std::string_view name) {
+    return std::filesystem::path(PELKRIN_SOURCE_DIR) / name;
+}
+
+}  // namespace pelkrin::test

@@ -1,0 +1,20 @@
+#pragma once
+// Scratch files and folders for tests, and whole-file reads and writes.
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace pelkrin::test {
+
+// A fresh, empty folder for the running test, under the build tree.
+std::filesystem::path scratch_dir();
+
+std::string read_file(const std::filesystem::path& p);
+void write_file(const std::filesystem::path& p, std::string_view bytes);
+
+// A file of ../shared/data, beside the project.
+std::filesystem::path data_file(std::string_view name);
+// A file of the project's source tree.
+std::filesystem::path source_file(std::string_view name);
+
+}  // namespace pelkrin::test
