@@ -10,7 +10,7 @@ namespace pelkrin {
 namespace {
 
 // Large reads keep the per-line cost down to the scan for the line feed.
-constexpr std::size_t chunk_size = std::size_t{1} << 20;
+constexpr std::size_t chunk_size = std::size_t{1} << 18;
 
 }  // namespace
 
