@@ -2,6 +2,7 @@
 // Strict front-to-back reader of an ACE assembly file, one contig per call.
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ace/contig.h"
@@ -36,7 +37,8 @@ public:
 
 private:
     void read_header();
-    // Lines up to the next blank one; false when the input ended first.
+    // Both take the lines up to the next blank one and return false when the
+    // input ended first; the second gathers them into `buffer`.
     bool skip_block();
     bool read_text_block(std::string& buffer);
     // The rest of a brace block; false when the input ended before its "}" line.

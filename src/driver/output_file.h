@@ -40,6 +40,29 @@ public:
                                          buf_.data());
     }
 
+    // The values separated by single tabs, then a line feed; no values give an
+    // empty line. Most values are quality scores below 100, which take a shortcut.
+    template <typename Integer>
+    void values_line(const Integer* values, std::size_t n) {
+        const std::size_t most = n * (max_number_chars + 1) + 1;
+        if (buf_.size() - used_ < most) make_room(most);
+        char* out = buf_.data() + used_;
+        for (std::size_t i = 0; i < n; ++i) {
+            if (i != 0) *out++ = '\t';
+            const Integer v = values[i];
+            if (v >= 0 && v < 10) {
+                *out++ = static_cast<char>('0' + v);
+            } else if (v >= 10 && v < 100) {
+                *out++ = static_cast<char>('0' + v / 10);
+                *out++ = static_cast<char>('0' + v % 10);
+            } else {
+                out = std::to_chars(out, out + max_number_chars, v).ptr;
+            }
+        }
+        *out++ = '\n';
+        used_ = static_cast<std::size_t>(out - buf_.data());
+    }
+
     // Bytes written so far, counted from the start of the file; -1 when the
     // stream has failed or the file cannot report positions.
     std::int64_t tellp() const;

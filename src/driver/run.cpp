@@ -51,7 +51,11 @@ int run(const run_request& request) {
         for (const auto& entry : c.reads) {
             // A name the SFF file lacks is decoded from offset 0, as the index's default gives.
             const std::int64_t position = index[entry.first];
-            decoded = seqRead{};
+            // Emptied, not rebuilt: its storage is reused from read to read.
+            decoded.name.clear();
+            decoded.bases.clear();
+            decoded.quals.clear();
+            decoded.flowIdx.clear();
             sff.get_read(position, decoded);
             write_read_entry(reads_out, entry.first, decoded, sff.cur_read, request.flowgram);
         }

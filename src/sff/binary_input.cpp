@@ -1,6 +1,7 @@
 #include "sff/binary_input.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,18 +14,37 @@ namespace {
 
 constexpr std::size_t largest_fill = std::size_t{1} << 20;
 
+// The walk lets go of the pages behind it whenever it has passed this many bytes.
+constexpr std::int64_t walk_window = 16 * 1024 * 1024;
+// A page fault maps the cached pages around it too.
+constexpr std::int64_t fault_around = 64 * 1024;
+constexpr std::int64_t page = 4096;
+
 }  // namespace
 
 binary_input::~binary_input() {
+    unmap();
     if (fd_ >= 0) ::close(fd_);
 }
 
+void binary_input::unmap() {
+    if (map_ != nullptr) ::munmap(const_cast<unsigned char*>(map_), static_cast<std::size_t>(size_));
+    map_ = nullptr;
+}
+
 bool binary_input::open(const std::string& path) {
+    unmap();
     if (fd_ >= 0) ::close(fd_);
     fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd_ < 0) return false;
     struct stat st {};
     size_ = (::fstat(fd_, &st) == 0 && S_ISREG(st.st_mode)) ? static_cast<std::int64_t>(st.st_size) : -1;
+    if (size_ > 0) {
+        void* m = ::mmap(nullptr, static_cast<std::size_t>(size_), PROT_READ, MAP_SHARED, fd_, 0);
+        if (m != MAP_FAILED) map_ = static_cast<const unsigned char*>(m);
+    }
+    if (map_ != nullptr) ::madvise(const_cast<unsigned char*>(map_), static_cast<std::size_t>(size_), MADV_RANDOM);
+    kept_from_ = kept_to_ = 0;
     buf_.assign(largest_fill, 0);
     pos_ = buf_start_ = 0;
     buf_len_ = 0;
@@ -61,6 +81,25 @@ bool binary_input::refill() {
     return buf_len_ > 0;
 }
 
+void binary_input::copy_mapped(unsigned char* dst, std::size_t n) {
+    gcount_ = static_cast<std::size_t>(std::min<std::uint64_t>(n, remaining()));
+    if (gcount_ > 0) std::memcpy(dst, map_ + pos_, gcount_);
+    if (pos_ < kept_from_) kept_from_ = pos_ / page * page;  // a walk restarted from the front
+    pos_ += static_cast<std::int64_t>(gcount_);
+    fetched_ += gcount_;
+    kept_to_ = std::max(kept_to_, pos_ + fault_around);
+    const std::int64_t behind = (pos_ - fault_around) / page * page;
+    if (behind - kept_from_ > walk_window) {
+        ::madvise(const_cast<unsigned char*>(map_) + kept_from_, static_cast<std::size_t>(behind - kept_from_),
+                  MADV_DONTNEED);
+        kept_from_ = behind;
+    }
+}
+
+std::uint64_t binary_input::mapped_resident() const {
+    return kept_to_ > kept_from_ ? static_cast<std::uint64_t>(kept_to_ - kept_from_) : 0;
+}
+
 void binary_input::read(void* dst, std::size_t n) {
     gcount_ = 0;
     if (!good()) {
@@ -68,6 +107,11 @@ void binary_input::read(void* dst, std::size_t n) {
         return;
     }
     auto* out = static_cast<unsigned char*>(dst);
+    if (walk_ && map_ != nullptr) {
+        copy_mapped(out, n);
+        if (gcount_ < n) eof_ = fail_ = true;
+        return;
+    }
     while (gcount_ < n) {
         if (pos_ < buf_start_ || pos_ >= buffer_end()) {
             const std::size_t want = n - gcount_;

@@ -1,12 +1,20 @@
 #pragma once
 // A binary input file with the state rules of a standard input stream (good, eof,
 // fail; a failed stream reads nothing and does not seek until cleared; a seek
-// first clears eof), over a buffer of its own. Seeking costs nothing: the next
-// read fetches a block at the new position with one positioned read. After a jump
-// the block is small (set_jump_fill: what the caller expects to need there); while
-// reading goes on sequentially the blocks double. So a walk that reads a record
-// header and jumps over the data fetches only the headers' blocks, and random
-// access to a record costs one system call.
+// first clears eof).
+//
+// Two ways of reading, chosen by the caller for what comes next:
+//
+// - Random access (the default): a buffer of its own filled by positioned reads.
+//   After a jump the block is small (set_jump_fill: what the caller expects to
+//   need there); while reading goes on sequentially the blocks double. So a
+//   record anywhere in the file costs one system call.
+//
+// - A forward walk (set_forward_walk) over a regular file reads from a memory
+//   mapping of it: a seek costs nothing and only the bytes that are read are
+//   touched, so a walk that reads record headers and jumps over the data never
+//   brings the data in. Mapped pages count as resident memory, so the pages
+//   behind the walk are let go every few megabytes; the page cache keeps them.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -48,16 +56,27 @@ public:
 
     // How many bytes the first block after a jump asks for.
     void set_jump_fill(std::size_t bytes);
-    // Bytes fetched from the file so far, buffered or not.
+    // On: reads come from the memory mapping, if the file could be mapped.
+    void set_forward_walk(bool on) { walk_ = on; }
+    // Bytes fetched from the file so far: copied out of the mapping, or read.
     std::uint64_t bytes_fetched() const { return fetched_; }
+    bool mapped() const { return map_ != nullptr; }
+    // Bytes of the mapping possibly resident now: touched since pages were last let go.
+    std::uint64_t mapped_resident() const;
 
 private:
     std::int64_t buffer_end() const { return buf_start_ + static_cast<std::int64_t>(buf_len_); }
     // Fetches up to n bytes at the position into dst; returns how many came.
     std::size_t fetch(unsigned char* dst, std::size_t n);
     bool refill();
+    void copy_mapped(unsigned char* dst, std::size_t n);
+    void unmap();
 
     int fd_ = -1;
+    const unsigned char* map_ = nullptr;
+    bool walk_ = false;
+    std::int64_t kept_from_ = 0;   // mapped pages before this offset have been let go
+    std::int64_t kept_to_ = 0;     // and none after this one has been touched
     std::vector<unsigned char> buf_;
     std::int64_t pos_ = 0;        // the stream position
     std::int64_t buf_start_ = 0;  // file offset of buf_[0]

@@ -51,6 +51,8 @@ private:
     // Reads the data section: flowgram values as the file's little-endian numbers, then the per-base arrays.
     void read_data();
     int sequential_step(read_index* index);
+    // Leaves the forward walk's way of reading; returns `result`.
+    int finish_walk(int result);
 };
 
 }  // namespace pelkrin

@@ -16,18 +16,24 @@ std::uint64_t data_padding(std::uint64_t data_length) {
 
 }  // namespace
 
+int reader::finish_walk(int result) {
+    sff_file.set_forward_walk(false);
+    return result;
+}
+
 int reader::build_read_index(read_index& index) {
     read_count = 0;
     get_header();
     // Only each record's header and name are read; the blocks fetched after each
     // jump are small, so the walk's cost does not grow with the flowgram length.
     sff_file.set_jump_fill(walk_block);
+    sff_file.set_forward_walk(true);
     const std::uint64_t flowgram_bytes = std::uint64_t{cur_read.numOfFlows} * 2;
 
-    if (read_count >= header_p1.number_of_reads) return 1;
+    if (read_count >= header_p1.number_of_reads) return finish_walk(1);
     if (sff_file.eof()) {
         report_end_of_file();
-        return 0;
+        return finish_walk(0);
     }
     std::vector<char> name_buffer;
     while (true) {
@@ -35,7 +41,7 @@ int reader::build_read_index(read_index& index) {
         if (!read_record_header()) {
             report_short_read(file_name, sff_file.gcount(), sff_read::header_size);
             sff_file.clear();
-            return 0;
+            return finish_walk(0);
         }
         if (swap_bytes == 1) cur_read.var_endian_swap();
 
@@ -52,10 +58,10 @@ int reader::build_read_index(read_index& index) {
         sff_file.seekg_relative(header_padding() + static_cast<std::int64_t>(data_length + data_padding(data_length)));
 
         ++read_count;
-        if (read_count >= header_p1.number_of_reads) return 1;
+        if (read_count >= header_p1.number_of_reads) return finish_walk(1);
         if (sff_file.eof()) {
             report_end_of_file();
-            return 0;
+            return finish_walk(0);
         }
     }
 }

@@ -11,10 +11,11 @@ void seqRead::assign(const sff_read& r) {
     const std::int16_t base_end = r.get_base_end();
     name.assign(r.name.data(), std::min<std::size_t>(r.name_length, r.name.size()));
 
-    // Positions are 16-bit: a kept range that comes out empty or reversed (also
-    // what a read of 32768 bases or more turns into) gives an empty read.
+    // Positions are 16-bit: a kept range that comes out empty or reversed, or that
+    // starts beyond 16 bits (a read of 32768 bases or more, a clip point of 32768
+    // or more), gives an empty read.
     const auto length = static_cast<std::int16_t>(base_end - base_start + 1);
-    const std::size_t kept = length > 0 ? static_cast<std::size_t>(length) : 0;
+    const std::size_t kept = (length > 0 && base_start >= 1) ? static_cast<std::size_t>(length) : 0;
     bases.assign(kept, '\0');
     quals.assign(kept, 0);
     flowIdx.assign(kept, 0);
@@ -23,20 +24,19 @@ void seqRead::assign(const sff_read& r) {
     // Only what the record really holds is visited; kept bases it lacks stay 0.
     const std::size_t held = std::min({static_cast<std::size_t>(r.number_of_bases), r.flow_index_per_base.size(),
                                        r.bases.size(), r.quality_scores.size()});
+    const auto first = static_cast<std::size_t>(base_start - 1);  // base_start is at least 1
     // Every base advances the flow position, clipped or not, so a kept base's flow
     // counts from the read's first flow.
     std::int16_t p = -1;
-    for (std::size_t i = 0; i < held; ++i) {
+    std::size_t i = 0;
+    for (; i < std::min(first, held); ++i) p = static_cast<std::int16_t>(p + r.flow_index_per_base[i]);
+    const std::size_t last = std::min(held, first + kept);
+    for (; i < last; ++i) {
         p = static_cast<std::int16_t>(p + r.flow_index_per_base[i]);
-        const std::int64_t position = static_cast<std::int64_t>(i) + 1;
-        if (position < base_start) continue;
-        const auto j = static_cast<std::size_t>(position - base_start);
-        if (j < kept) {
-            bases[j] = r.bases[i];
-            quals[j] = static_cast<std::int16_t>(r.quality_scores[i]);
-            flowIdx[j] = p;
-        }
-        if (position >= base_end) break;
+        const std::size_t j = i - first;
+        bases[j] = r.bases[i];
+        quals[j] = static_cast<std::int16_t>(r.quality_scores[i]);
+        flowIdx[j] = p;
     }
 }
 

@@ -112,6 +112,16 @@ TEST(SffReadRange, ReadOf32768BasesOrMoreGivesEmptyRead) {
     EXPECT_TRUE(s.quals.empty());
 }
 
+TEST(SffReadRange, ClipPointOf32768OrMoreGivesEmptyRead) {
+    sff_read r = record(ones(100));
+    r.clip_qual_left = 40000;
+    r.clip_qual_right = 100;
+    EXPECT_LT(r.get_base_start(), 0);
+    seqRead s(r);
+    EXPECT_TRUE(s.quals.empty());
+    EXPECT_TRUE(s.bases.empty());
+}
+
 TEST(SffReadRange, KeptRangePastTheBasesIsPaddedWithZeros) {
     sff_read r = record({1, 1, 1});
     r.clip_qual_right = 5;

@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that building (and, with --tests, testing) needs,
+# only those that are missing.
+set -euo pipefail
+
+packages=(cmake g++ ninja-build make)
+if [[ "${1:-}" == "--tests" ]]; then
+  packages+=(libgtest-dev)
+fi
+
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+[[ ${#missing[@]} -eq 0 ]] && exit 0
+
+sudo=""
+[[ $(id -u) -eq 0 ]] || sudo="sudo"
+echo "Installing: ${missing[*]}"
+$sudo apt-get update -qq
+DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq "${missing[@]}" >/dev/null
