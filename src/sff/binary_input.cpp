@@ -88,7 +88,9 @@ void binary_input::copy_mapped(unsigned char* dst, std::size_t n) {
     pos_ += static_cast<std::int64_t>(gcount_);
     fetched_ += gcount_;
     kept_to_ = std::max(kept_to_, pos_ + fault_around);
-    const std::int64_t behind = (pos_ - fault_around) / page * page;
+    // Only ever inside the mapping: a position past the end of the file must not
+    // let go of whatever memory lies beyond it.
+    const std::int64_t behind = std::min(pos_ - fault_around, size_) / page * page;
     if (behind - kept_from_ > walk_window) {
         ::madvise(const_cast<unsigned char*>(map_) + kept_from_, static_cast<std::size_t>(behind - kept_from_),
                   MADV_DONTNEED);

@@ -63,6 +63,8 @@ public:
     bool mapped() const { return map_ != nullptr; }
     // Bytes of the mapping possibly resident now: touched since pages were last let go.
     std::uint64_t mapped_resident() const;
+    // Mapped pages before this offset have been let go.
+    std::int64_t released_to() const { return kept_from_; }
 
 private:
     std::int64_t buffer_end() const { return buf_start_ + static_cast<std::int64_t>(buf_len_); }
