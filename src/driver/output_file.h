@@ -3,6 +3,7 @@
 // system call. Whatever has been written reaches the file when it is closed,
 // destroyed, or when the process ends through end_process.
 #include <charconv>
+#include <cstring>
 #include <cstdint>
 #include <cstdio>
 #include <string>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "common/end_process.h"
+#include "driver/small_numbers.h"
 
 namespace pelkrin {
 
@@ -41,26 +43,27 @@ public:
     }
 
     // The values separated by single tabs, then a line feed; no values give an
-    // empty line. Most values are quality scores below 100, which take a shortcut.
+    // empty line. Most values are quality scores below 100, which come from a table.
     template <typename Integer>
     void values_line(const Integer* values, std::size_t n) {
         const std::size_t most = n * (max_number_chars + 1) + 1;
         if (buf_.size() - used_ < most) make_room(most);
-        char* out = buf_.data() + used_;
+        char* const start = buf_.data() + used_;
+        char* out = start;
         for (std::size_t i = 0; i < n; ++i) {
-            if (i != 0) *out++ = '\t';
             const Integer v = values[i];
-            if (v >= 0 && v < 10) {
-                *out++ = static_cast<char>('0' + v);
-            } else if (v >= 10 && v < 100) {
-                *out++ = static_cast<char>('0' + v / 10);
-                *out++ = static_cast<char>('0' + v % 10);
+            if (v >= 0 && v < 100) {
+                const small_number& t = small_numbers[static_cast<std::size_t>(v)];
+                std::memcpy(out, t.text, 4);  // digits, tab, and a byte the next value overwrites
+                out += t.length;
             } else {
                 out = std::to_chars(out, out + max_number_chars, v).ptr;
+                *out++ = '\t';
             }
         }
+        if (out != start) --out;  // the last tab becomes the line end
         *out++ = '\n';
-        used_ = static_cast<std::size_t>(out - buf_.data());
+        used_ += static_cast<std::size_t>(out - start);
     }
 
     // Bytes written so far, counted from the start of the file; -1 when the
@@ -71,6 +74,7 @@ public:
 
 private:
     static constexpr std::size_t max_number_chars = 24;
+
 
     void make_room(std::size_t n);
     void flush();

@@ -49,8 +49,8 @@ int run(const run_request& request) {
         if (!ace.next_contig(c)) break;
         write_contig_header(reads_out, index_out, c, linesPerRead);
         for (const auto& entry : c.reads) {
-            // A name the SFF file lacks is decoded from offset 0, as the index's default gives.
-            const std::int64_t position = index[entry.first];
+            // A name the SFF file lacks is decoded from offset 0, the index's default.
+            const std::int64_t position = index.position_of(entry.first);
             // Emptied, not rebuilt: its storage is reused from read to read.
             decoded.name.clear();
             decoded.bases.clear();

@@ -2,19 +2,16 @@
 // An open SFF file: its common header, an index of its reads by name built by one
 // walk over the records, and decoding of any record by position.
 #include <cstdint>
-#include <map>
 #include <ostream>
 #include <string>
 
 #include "sff/binary_input.h"
+#include "sff/read_index.h"
 #include "sff/seq_read.h"
 #include "sff/sff_header.h"
 #include "sff/sff_read.h"
 
 namespace pelkrin {
-
-// Read name to the byte offset of the first byte of its record.
-using read_index = std::map<std::string, std::int64_t>;
 
 class reader {
 public:

@@ -35,6 +35,10 @@ int reader::build_read_index(read_index& index) {
         report_end_of_file();
         return finish_walk(0);
     }
+    // Room for every read the header claims, but never more than the file can hold.
+    index.reserve(index.size() +
+                  static_cast<std::size_t>(std::min<std::uint64_t>(header_p1.number_of_reads,
+                                                                   sff_file.remaining() / sff_read::header_size)));
     std::vector<char> name_buffer;
     while (true) {
         const std::int64_t record_start = sff_file.tellg();
@@ -52,7 +56,7 @@ int reader::build_read_index(read_index& index) {
         sff_file.read(name_buffer.data(), name_bytes);
         if (cur_read.name_length > name_bytes) sff_file.skip(cur_read.name_length - name_bytes);
         const auto key_end = std::find(name_buffer.begin(), name_buffer.end(), '\0');
-        index[std::string(name_buffer.begin(), key_end)] = record_start;  // a later record of a name wins
+        index.set(std::string(name_buffer.begin(), key_end), record_start);  // a later record of a name wins
 
         const std::uint64_t data_length = flowgram_bytes + 3 * std::uint64_t{cur_read.number_of_bases};
         sff_file.seekg_relative(header_padding() + static_cast<std::int64_t>(data_length + data_padding(data_length)));
@@ -80,7 +84,7 @@ int reader::sequential_step(read_index* index) {
     }
     if (swap_bytes == 1) cur_read.var_endian_swap();
     read_name();
-    if (index != nullptr) (*index)[std::string(cur_read.name.begin(), cur_read.name.end())] = record_start;
+    if (index != nullptr) index->set(std::string(cur_read.name.begin(), cur_read.name.end()), record_start);
     read_data();
     // The sequential walk takes flowgram values as big-endian in either byte order.
     for (std::uint16_t& v : cur_read.flowgram_values) v = reverse_bytes16(v);

@@ -27,16 +27,24 @@ void seqRead::assign(const sff_read& r) {
     const auto first = static_cast<std::size_t>(base_start - 1);  // base_start is at least 1
     // Every base advances the flow position, clipped or not, so a kept base's flow
     // counts from the read's first flow.
+    // Plain pointers: the stores through char pointers would otherwise make the
+    // compiler reload every vector's data pointer on every base.
+    const std::uint8_t* flow_index = r.flow_index_per_base.data();
+    const char* in_bases = r.bases.data();
+    const std::uint8_t* in_quals = r.quality_scores.data();
+    char* out_bases = bases.data();
+    std::int16_t* out_quals = quals.data();
+    std::int16_t* out_flows = flowIdx.data();
     std::int16_t p = -1;
     std::size_t i = 0;
-    for (; i < std::min(first, held); ++i) p = static_cast<std::int16_t>(p + r.flow_index_per_base[i]);
+    for (; i < std::min(first, held); ++i) p = static_cast<std::int16_t>(p + flow_index[i]);
     const std::size_t last = std::min(held, first + kept);
     for (; i < last; ++i) {
-        p = static_cast<std::int16_t>(p + r.flow_index_per_base[i]);
+        p = static_cast<std::int16_t>(p + flow_index[i]);
         const std::size_t j = i - first;
-        bases[j] = r.bases[i];
-        quals[j] = static_cast<std::int16_t>(r.quality_scores[i]);
-        flowIdx[j] = p;
+        out_bases[j] = in_bases[i];
+        out_quals[j] = static_cast<std::int16_t>(in_quals[i]);
+        out_flows[j] = p;
     }
 }
 

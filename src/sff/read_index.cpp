@@ -1,0 +1,121 @@
+#include "sff/read_index.h"
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <stdexcept>
+
+namespace pelkrin {
+namespace {
+
+bool by_name(const read_index::value_type& a, const read_index::value_type& b) { return a.first < b.first; }
+
+}  // namespace
+
+void read_index::set(std::string name, std::int64_t position) { entries_.emplace_back(std::move(name), position); }
+
+void read_index::settle() const {
+    if (sorted_ == entries_.size()) return;
+    slots_current_ = false;
+    const auto middle = entries_.begin() + static_cast<std::ptrdiff_t>(sorted_);
+    // Stable throughout, so among equal names the order of setting is kept...
+    std::stable_sort(middle, entries_.end(), by_name);
+    std::inplace_merge(entries_.begin(), middle, entries_.end(), by_name);
+    // ...and the last of each run of equal names is the one that stays.
+    std::size_t out = 0;
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        if (i + 1 < entries_.size() && entries_[i + 1].first == entries_[i].first) continue;
+        if (out != i) entries_[out] = std::move(entries_[i]);
+        ++out;
+    }
+    entries_.resize(out);
+    sorted_ = out;
+}
+
+const read_index::value_type* read_index::find(const std::string& name) const {
+    settle();
+    const auto it = std::lower_bound(entries_.begin(), entries_.end(), name,
+                                     [](const value_type& e, const std::string& key) { return e.first < key; });
+    return (it != entries_.end() && it->first == name) ? &*it : nullptr;
+}
+
+std::int64_t& read_index::operator[](const std::string& name) {
+    settle();
+    auto it = std::lower_bound(entries_.begin(), entries_.end(), name,
+                               [](const value_type& e, const std::string& key) { return e.first < key; });
+    if (it == entries_.end() || it->first != name) {
+        it = entries_.insert(it, value_type(name, 0));
+        ++sorted_;
+        slots_current_ = false;
+    }
+    return it->second;
+}
+
+void read_index::build_slots() const {
+    std::size_t size = 16;
+    while (size < entries_.size() * 2) size *= 2;
+    slots_.assign(size, 0);
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        std::size_t s = std::hash<std::string_view>{}(entries_[i].first) & (size - 1);
+        while (slots_[s] != 0) s = (s + 1) & (size - 1);
+        slots_[s] = static_cast<std::uint32_t>(i + 1);
+    }
+    slots_current_ = true;
+}
+
+std::int64_t read_index::position_of(std::string_view name) const {
+    settle();
+    // More entries than 32-bit slots can name cannot come from a file walk; search instead.
+    if (entries_.size() >= std::numeric_limits<std::uint32_t>::max() / 2) {
+        const value_type* e = find(std::string(name));
+        return e != nullptr ? e->second : 0;
+    }
+    if (!slots_current_) build_slots();
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t s = std::hash<std::string_view>{}(name) & mask; slots_[s] != 0; s = (s + 1) & mask) {
+        const value_type& e = entries_[slots_[s] - 1];
+        if (e.first == name) return e.second;
+    }
+    return 0;
+}
+
+std::int64_t read_index::at(const std::string& name) const {
+    const value_type* e = find(name);
+    if (e == nullptr) throw std::out_of_range("read_index::at: " + name);
+    return e->second;
+}
+
+std::size_t read_index::count(const std::string& name) const { return find(name) != nullptr ? 1 : 0; }
+
+std::size_t read_index::size() const {
+    settle();
+    return entries_.size();
+}
+
+read_index::const_iterator read_index::begin() const {
+    settle();
+    return entries_.cbegin();
+}
+
+read_index::const_iterator read_index::end() const {
+    settle();
+    return entries_.cend();
+}
+
+read_index::const_reverse_iterator read_index::rbegin() const {
+    settle();
+    return entries_.crbegin();
+}
+
+read_index::const_reverse_iterator read_index::rend() const {
+    settle();
+    return entries_.crend();
+}
+
+bool operator==(const read_index& a, const read_index& b) {
+    a.settle();
+    b.settle();
+    return a.entries_ == b.entries_;
+}
+
+}  // namespace pelkrin

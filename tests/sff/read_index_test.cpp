@@ -1,0 +1,93 @@
+#include "sff/read_index.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace pelkrin {
+namespace {
+
+TEST(ReadIndex, LaterSettingOfANameWins) {
+    read_index index;
+    index.set("b", 10);
+    index.set("a", 20);
+    index.set("b", 30);
+    index.set("c", 40);
+    index.set("b", 50);
+    EXPECT_EQ(index.size(), 3u);
+    EXPECT_EQ(index.at("b"), 50);
+    EXPECT_EQ(index.at("a"), 20);
+}
+
+TEST(ReadIndex, IteratesInByteOrderOfNames) {
+    read_index index;
+    for (const char* name : {"readB", "read", "readA", "Zeta", "read\x7f"}) index.set(name, 1);
+    std::vector<std::string> names;
+    for (const auto& [name, position] : index) names.push_back(name);
+    EXPECT_EQ(names, (std::vector<std::string>{"Zeta", "read", "readA", "readB", "read\x7f"}));
+    EXPECT_EQ(index.rbegin()->first, "read\x7f");
+}
+
+TEST(ReadIndex, SubscriptOfAMissingNameMakesPositionZero) {
+    read_index index;
+    index.set("x", 99);
+    EXPECT_EQ(index["missing"], 0);
+    EXPECT_EQ(index.size(), 2u);
+    EXPECT_EQ(index.count("missing"), 1u);
+    index["x"] = 7;
+    EXPECT_EQ(index.at("x"), 7);
+}
+
+TEST(ReadIndex, SettingAfterLookingUpStillWins) {
+    read_index index;
+    index.set("a", 1);
+    EXPECT_EQ(index.at("a"), 1);
+    index.set("a", 2);
+    index.set("0", 3);
+    EXPECT_EQ(index.at("a"), 2);
+    EXPECT_EQ(index.begin()->first, "0");
+    EXPECT_EQ(index.size(), 2u);
+}
+
+TEST(ReadIndex, PositionOfFindsEveryEntryAndGivesZeroForMissingNames) {
+    read_index index;
+    for (int i = 0; i < 5000; ++i) index.set("read" + std::to_string(i * 7), i + 1);
+    for (int i = 0; i < 5000; ++i) ASSERT_EQ(index.position_of("read" + std::to_string(i * 7)), i + 1);
+    EXPECT_EQ(index.position_of("read1"), 0);
+    EXPECT_EQ(index.position_of(""), 0);
+    EXPECT_EQ(index.size(), 5000u) << "looking up makes no entry";
+}
+
+TEST(ReadIndex, PositionOfSeesLaterChanges) {
+    read_index index;
+    index.set("a", 1);
+    EXPECT_EQ(index.position_of("a"), 1);
+    index.set("a", 2);
+    index.set("b", 3);
+    EXPECT_EQ(index.position_of("a"), 2);
+    EXPECT_EQ(index.position_of("b"), 3);
+    index["c"] = 4;
+    EXPECT_EQ(index.position_of("c"), 4);
+}
+
+TEST(ReadIndex, AtOfAMissingNameThrows) {
+    read_index index;
+    EXPECT_THROW(index.at("none"), std::out_of_range);
+    EXPECT_EQ(index.count("none"), 0u);
+    EXPECT_TRUE(index.empty());
+}
+
+TEST(ReadIndex, EqualityComparesEntries) {
+    read_index a, b;
+    a.set("x", 1);
+    a.set("y", 2);
+    b.set("y", 2);
+    b.set("x", 5);
+    b.set("x", 1);
+    EXPECT_TRUE(a == b);
+    b.set("y", 3);
+    EXPECT_FALSE(a == b);
+}
+
+}  // namespace
+}  // namespace pelkrin
