@@ -2,11 +2,14 @@
 // One assembled contig: what the ACE reader fills, plus the structures that
 // the view operations derive from it on first use.
 #include <cstdint>
+#include <iosfwd>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "ace/read_record.h"
+#include "views/colour_map.h"
+#include "views/f_read.h"
 
 namespace pelkrin {
 
@@ -31,6 +34,40 @@ struct contig {
     std::vector<char> flow_consensus;
 
     friend bool operator==(const contig&, const contig&) = default;
+
+    // Position maps and display rows (src/views/pos_maps.cpp).
+    void create_pos_map();
+    void create_print_map();
+    void get_read_ids(std::vector<std::string>& ids);
+
+    // Flow index of the first / last flow recorded at 0-based position p, or
+    // at the nearest position before it that has any (src/views/flow_index.cpp).
+    int32_t getFlowIdx_start(int32_t p) const;
+    int32_t getFlowIdx_end(int32_t p) const;
+
+    // The consensus in flow space (src/views/flow_consensus.cpp).
+    void create_flow_concensus();
+
+    // Span tables for a viewer (src/views/align_flow.cpp, align_seq.cpp).
+    // Both throw std::length_error when the span's column count is negative.
+    void align_flow(std::vector<std::vector<int16_t>>& flows, std::vector<std::map<int32_t, fRead>>& rows,
+                    int32_t start, int32_t width);
+    void align_seq(std::vector<std::vector<char>>& columns, std::vector<std::map<int32_t, std::string>>& rows,
+                   int32_t start, int32_t width);
+
+    // Renderings. Span renderers append to `out` and to `read_list`.
+    static void toHTML(std::string& out, const std::vector<char>& chars, const colour_map& colours);
+    void print_align_map_plain(std::string& out, std::vector<std::string>& read_list, int32_t start, int32_t width);
+    void print_align_map_html(std::string& out, std::vector<std::string>& read_list, const colour_map& colours,
+                              int32_t start, int32_t width);
+    void print_align_map_html(std::ostream& out, const colour_map& colours);
+    void print_align_map(std::ostream& out);
+    void print_flow_map_plain(std::string& out, std::vector<std::string>& read_list, int32_t start, int32_t width);
+    // The two HTML flow renderers add a letter that has no colour to `colours`.
+    void print_flow_map_html(std::string& out, std::vector<std::string>& read_list, colour_map& colours,
+                             int32_t start, int32_t width);
+    void print_flow_map_html_space(std::string& out, std::vector<std::string>& read_list, colour_map& colours,
+                                   int32_t start, int32_t width);
 };
 
 }  // namespace pelkrin

@@ -9,14 +9,20 @@
 
 namespace pelkrin::test {
 
-std::filesystem::path scratch_dir() {
-    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+std::filesystem::path scratch_root() {
     std::filesystem::path root;
     if (const char* env = std::getenv("PELKRIN_TEST_TMP")) {
         root = env;
     } else {
         root = std::filesystem::temp_directory_path() / "pelkrin-tests";
     }
+    std::filesystem::create_directories(root);
+    return root;
+}
+
+std::filesystem::path scratch_dir() {
+    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+    const std::filesystem::path root = scratch_root();
     std::string leaf = info ? std::string(info->test_suite_name()) + "." + info->name() : "no-test";
     for (char& c : leaf) {
         if (c == '/') c = '_';

@@ -8,6 +8,8 @@ namespace pelkrin::test {
 
 // A fresh, empty folder for the running test, under the build tree.
 std::filesystem::path scratch_dir();
+// The folder that holds every test's scratch folder; never emptied.
+std::filesystem::path scratch_root();
 
 std::string read_file(const std::filesystem::path& p);
 void write_file(const std::filesystem::path& p, std::string_view bytes);

@@ -11,7 +11,7 @@
 namespace pelkrin::test {
 
 program_result run_program(const std::vector<std::string>& argv, const std::filesystem::path& cwd) {
-    auto dir = scratch_dir().parent_path() / "program-io";
+    auto dir = scratch_root() / "program-io";
     std::filesystem::create_directories(dir);
     auto tag = std::to_string(::getpid());
     auto out_path = dir / (tag + ".out");

@@ -1,0 +1,101 @@
+// The contig's consensus in flow space, built from the positions at which the
+// reads begin runs of a letter.
+#include <cctype>
+#include <set>
+
+#include "ace/contig.h"
+#include "views/fcycle.h"
+#include "views/seq_access.h"
+
+namespace pelkrin {
+namespace {
+
+char upper(char c) { return static_cast<char>(std::toupper(static_cast<unsigned char>(c))); }
+
+// A consensus character that does not exist counts as a pad.
+char consensus_at(const std::vector<char>& consensus, int64_t i) {
+    if (i < 0 || i >= static_cast<int64_t>(consensus.size())) return '*';
+    return consensus[static_cast<std::size_t>(i)];
+}
+
+// Records a run start; one whose consensus index does not exist is not kept.
+void record(std::vector<std::set<char>>& starts, int64_t i, char ch) {
+    if (i < 0 || i >= static_cast<int64_t>(starts.size())) return;
+    starts[static_cast<std::size_t>(i)].insert(ch);
+}
+
+// Collects the run starts of one read into `starts`.
+void collect_run_starts(const std::vector<char>& consensus, const READ& read, std::vector<std::set<char>>& starts) {
+    const int64_t s = static_cast<int64_t>(read.pos) - 1;
+    const int64_t n = read.len;
+    const std::vector<char>& seq = read.seq;
+    if (n <= 0 || seq.empty()) return;
+
+    char ch = upper(seq[0]);
+    char previous = ch;
+    if (ch != '*') {
+        if (ch == 'N') {
+            ch = consensus_at(consensus, s);
+            if (ch == '*') ch = 'N';
+            // Stored characters, case-sensitive, as the neighbour test is.
+            std::size_t k = 0;
+            while (n > 2 && char_at(seq, 1) == ch && k < fcycle.size()) ch = fcycle[k++];
+            previous = ch;
+        }
+        record(starts, s, ch);
+    }
+
+    for (int64_t i = 1; i < n; ++i) {
+        const auto stored = char_at(seq, i);
+        if (!stored) break;
+        ch = upper(*stored);
+        if (ch == previous) continue;  // the run goes on
+        previous = ch;
+        if (ch == '*') continue;  // a pad ends a run and starts none
+        if (ch == 'N') {
+            // The consensus letter at the read's first position, not at the
+            // 'N' itself.
+            ch = consensus_at(consensus, s);
+            if (ch == '*') ch = 'N';
+            if (i + 1 < n) {
+                std::size_t k = 0;
+                while ((char_at(seq, i + 1) == ch || char_at(seq, i - 1) == ch) && k < fcycle.size()) {
+                    ch = fcycle[k++];
+                }
+            }
+        }
+        record(starts, s + i, ch);
+    }
+}
+
+}  // namespace
+
+void contig::create_flow_concensus() {
+    if (reads.empty()) return;
+
+    std::vector<std::set<char>> starts(consensus.size());
+    for (const auto& entry : reads) collect_run_starts(consensus, entry.second, starts);
+
+    char first = consensus_at(consensus, 0);
+    if (first == '*' || first == 'N' || first == 'n') first = 'T';
+    flow_consensus.push_back(first);
+
+    flow_index_map.resize(starts.size());
+
+    std::size_t k = 0;  // index of the last flow
+    for (std::size_t i = 0; i < starts.size(); ++i) {
+        // Compared with the flow that was last on entering the position, not
+        // with one appended for an earlier letter of this same position.
+        const char last = flow_consensus[k];
+        for (char b : fcycle) {
+            if (starts[i].count(b) == 0) continue;
+            if (b != last) {
+                flow_consensus.push_back(b);
+                ++k;
+            }
+            flow_index_map[i][b] = static_cast<int32_t>(k);
+        }
+    }
+}
+
+}  // namespace pelkrin
