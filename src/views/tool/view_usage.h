@@ -1,0 +1,9 @@
+#pragma once
+// Pelkrin-view's usage text.
+#include <string>
+
+namespace pelkrin {
+
+std::string view_usage();
+
+}  // namespace pelkrin
