@@ -1,0 +1,29 @@
+#pragma once
+// Contigs built in memory for the view tests.
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ace/contig.h"
+
+namespace pelkrin::test {
+
+struct read_spec {
+    std::string name;
+    int32_t pos = 1;
+    std::string seq;
+    std::optional<int16_t> len;  // none: the number of characters of seq
+};
+
+// A contig whose base_num is the length of `consensus`, holding `reads`.
+contig make_contig(std::string_view consensus, const std::vector<read_spec>& reads);
+
+// A read of `len` characters whose bases do not matter to the test.
+read_spec plain_read(std::string name, int32_t pos, int16_t len);
+
+std::vector<char> chars(std::string_view text);
+std::string text(const std::vector<char>& chars);
+
+}  // namespace pelkrin::test
