@@ -43,7 +43,6 @@ bool binary_input::open(const std::string& path) {
         void* m = ::mmap(nullptr, static_cast<std::size_t>(size_), PROT_READ, MAP_SHARED, fd_, 0);
         if (m != MAP_FAILED) map_ = static_cast<const unsigned char*>(m);
     }
-    if (map_ != nullptr) ::madvise(const_cast<unsigned char*>(map_), static_cast<std::size_t>(size_), MADV_RANDOM);
     kept_from_ = kept_to_ = 0;
     buf_.assign(largest_fill, 0);
     pos_ = buf_start_ = 0;
