@@ -32,17 +32,19 @@ void read_index::settle() const {
     sorted_ = out;
 }
 
-const read_index::value_type* read_index::find(const std::string& name) const {
+std::vector<read_index::value_type>::iterator read_index::lower(const std::string& name) const {
     settle();
-    const auto it = std::lower_bound(entries_.begin(), entries_.end(), name,
-                                     [](const value_type& e, const std::string& key) { return e.first < key; });
+    return std::lower_bound(entries_.begin(), entries_.end(), name,
+                            [](const value_type& e, const std::string& key) { return e.first < key; });
+}
+
+const read_index::value_type* read_index::find(const std::string& name) const {
+    const auto it = lower(name);
     return (it != entries_.end() && it->first == name) ? &*it : nullptr;
 }
 
 std::int64_t& read_index::operator[](const std::string& name) {
-    settle();
-    auto it = std::lower_bound(entries_.begin(), entries_.end(), name,
-                               [](const value_type& e, const std::string& key) { return e.first < key; });
+    auto it = lower(name);
     if (it == entries_.end() || it->first != name) {
         it = entries_.insert(it, value_type(name, 0));
         ++sorted_;

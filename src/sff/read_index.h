@@ -45,6 +45,8 @@ private:
     // Sorts what was appended since the last look-up into place, keeping the
     // last entry of every name.
     void settle() const;
+    // The first entry not before `name`, once sorted.
+    std::vector<value_type>::iterator lower(const std::string& name) const;
     const value_type* find(const std::string& name) const;
     void build_slots() const;
 

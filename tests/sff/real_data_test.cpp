@@ -12,8 +12,9 @@
 namespace pelkrin {
 namespace {
 
-// FASTA sequences by name (the first word of the header line).
-std::map<std::string, std::string> read_fasta(const std::string& leaf) {
+// The records of a FASTA or QUAL file by name (the first word of the header
+// line), each the text of its lines joined by `joint`.
+std::map<std::string, std::string> read_records(const std::string& leaf, const std::string& joint) {
     std::istringstream in(test::read_file(test::data_file(leaf)));
     std::map<std::string, std::string> result;
     std::string line, name;
@@ -23,26 +24,20 @@ std::map<std::string, std::string> read_fasta(const std::string& leaf) {
             name = line.substr(1, line.find(' ') - 1);
             result[name];
         } else {
-            result[name] += line;
+            result[name] += line + joint;
         }
     }
     return result;
 }
 
+std::map<std::string, std::string> read_fasta(const std::string& leaf) { return read_records(leaf, ""); }
+
 std::map<std::string, std::vector<std::int16_t>> read_qual(const std::string& leaf) {
-    std::istringstream in(test::read_file(test::data_file(leaf)));
     std::map<std::string, std::vector<std::int16_t>> result;
-    std::string line, name;
-    while (std::getline(in, line)) {
-        if (line.empty()) continue;
-        if (line[0] == '>') {
-            name = line.substr(1, line.find(' ') - 1);
-            result[name];
-        } else {
-            std::istringstream values(line);
-            int v;
-            while (values >> v) result[name].push_back(static_cast<std::int16_t>(v));
-        }
+    for (const auto& [name, text] : read_records(leaf, " ")) {
+        std::istringstream values(text);
+        auto& scores = result[name];
+        for (int v; values >> v;) scores.push_back(static_cast<std::int16_t>(v));
     }
     return result;
 }

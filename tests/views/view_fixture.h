@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ace/contig.h"
@@ -15,6 +16,9 @@ struct read_spec {
     int32_t pos = 1;
     std::string seq;
     std::optional<int16_t> len;  // none: the number of characters of seq
+
+    read_spec(std::string n, int32_t p, std::string s, std::optional<int16_t> l = std::nullopt)
+        : name(std::move(n)), pos(p), seq(std::move(s)), len(l) {}
 };
 
 // A contig whose base_num is the length of `consensus`, holding `reads`.
