@@ -12,8 +12,9 @@ constexpr const char* style =
     "  font-family: \"DejaVu Sans Mono\", \"Liberation Mono\", \"Courier New\", monospace;\n"
     "  font-variant-ligatures: none; font-kerning: none; letter-spacing: 0;\n"
     "}\n"
-    "pre.view { font-size: 15px; line-height: 1.25; white-space: pre; padding: 0.5em; "
+    "pre.view { font-size: 15px; line-height: 1.25; white-space: pre; overflow-x: auto; padding: 0.5em; "
     "background: #fbfbf8; border: 1px solid #ddd; }\n"
+    "pre.view::first-line { font-weight: bold; }\n"
     ".legend code { font-size: 1.1em; padding: 0 0.2em; background: #fbfbf8; }\n";
 
 void append_legend(std::string& out, const page_facts& facts, const colour_map& colours) {
