@@ -1,6 +1,7 @@
 #include "driver/run.h"
 
 #include <iostream>
+#include <vector>
 
 #include "ace/ace_reader.h"
 #include "common/end_process.h"
@@ -44,19 +45,24 @@ int run(const run_request& request) {
 
     const std::int32_t linesPerRead = request.flowgram ? 3 : 1;
     seqRead decoded;
+    std::vector<std::int64_t> positions;
     while (true) {
         contig c;
         if (!ace.next_contig(c)) break;
         write_contig_header(reads_out, index_out, c, linesPerRead);
+        // All of the contig's look-ups first: independent of each other, their
+        // cache misses overlap. A name the SFF file lacks is decoded from offset
+        // 0, the index's default.
+        positions.clear();
+        for (const auto& entry : c.reads) positions.push_back(index.position_of(entry.first));
+        auto position = positions.begin();
         for (const auto& entry : c.reads) {
-            // A name the SFF file lacks is decoded from offset 0, the index's default.
-            const std::int64_t position = index.position_of(entry.first);
             // Emptied, not rebuilt: its storage is reused from read to read.
             decoded.name.clear();
             decoded.bases.clear();
             decoded.quals.clear();
             decoded.flowIdx.clear();
-            sff.get_read(position, decoded);
+            sff.get_read(*position++, decoded);
             write_read_entry(reads_out, entry.first, decoded, sff.cur_read, request.flowgram);
         }
     }
