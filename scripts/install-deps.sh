@@ -5,7 +5,8 @@ set -euo pipefail
 
 packages=(cmake g++ ninja-build make)
 if [[ "${1:-}" == "--tests" ]]; then
-  packages+=(libgtest-dev)
+  # GoogleTest; clang and its libFuzzer runtime for the fuzz targets
+  packages+=(libgtest-dev clang libclang-rt-14-dev)
 fi
 
 missing=()

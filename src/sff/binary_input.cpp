@@ -44,7 +44,7 @@ bool binary_input::open(const std::string& path) {
         if (m != MAP_FAILED) map_ = static_cast<const unsigned char*>(m);
     }
     kept_from_ = kept_to_ = 0;
-    buf_.assign(largest_fill, 0);
+    buf_.clear();  // grows with the blocks that reading asks for
     pos_ = buf_start_ = 0;
     buf_len_ = 0;
     fill_ = jump_fill_;
@@ -76,6 +76,7 @@ bool binary_input::refill() {
         fill_ = jump_fill_;
     }
     buf_start_ = pos_;
+    if (buf_.size() < fill_) buf_.resize(fill_);
     buf_len_ = fetch(buf_.data(), fill_);
     return buf_len_ > 0;
 }

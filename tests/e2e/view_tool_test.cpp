@@ -4,6 +4,7 @@
 
 #include <array>
 #include <filesystem>
+#include <ostream>
 
 #include "files.h"
 #include "program.h"
@@ -30,6 +31,9 @@ struct run_spec {
     std::string contig;
     std::vector<std::string> options;
 };
+
+// Names the case in test listings instead of dumping its bytes.
+void PrintTo(const run_spec& spec, std::ostream* os) { *os << spec.name; }
 
 std::string file_of(const std::string& key) {
     if (key == "ex") return example_ace();
@@ -184,6 +188,31 @@ TEST(ViewTool, AllModesOnAContigWithoutConsensus) {
         EXPECT_EQ(r.status, 0) << mode;
         EXPECT_EQ(r.err, "") << mode;
         EXPECT_EQ(r.out, out) << mode;
+    }
+}
+
+TEST(ViewTool, EveryModeAtTheEdgesOfEveryContigEndsCleanly) {
+    const std::vector<std::pair<std::string, std::string>> contigs = {
+        {example_ace(), "Contig1"}, {example_ace(), "Contig3"}, {contig1_ace(), "Contig1"},
+        {contig1_ace(), "Contig2"}, {consed_ace(), "Contig1"}};
+    const std::vector<std::pair<std::string, std::string>> spans = {
+        {"1", "1"}, {"250", "3"}, {"856", "1"}, {"1476", "2"}, {"3297", "9"}, {"2147483647", "1"}};
+    for (const auto& [ace, name] : contigs) {
+        for (const char* mode : {"align", "align-html", "flow", "flow-html", "flow-html-space", "contig",
+                                 "contig-html", "flow-table", "seq-table", "flow-consensus", "layout"}) {
+            for (const auto& [start, width] : spans) {
+                const program_result r = view({"-m", mode, "-s", start, "-w", width, ace, name});
+                const std::string where = name + " " + mode + " " + start + " " + width;
+                if (r.status == 1) {
+                    // Only a column table starting two or more positions after the consensus.
+                    EXPECT_EQ(r.err, "Pelkrin-view: the span cannot be cut from contig " + name + "\n") << where;
+                    EXPECT_EQ(std::string(mode), "seq-table") << where;
+                } else {
+                    EXPECT_EQ(r.status, 0) << where;
+                    EXPECT_EQ(r.err, "") << where;
+                }
+            }
+        }
     }
 }
 

@@ -178,5 +178,14 @@ TEST(AlignFlow, ContigWithoutReadsGivesOneColumnAndNoRows) {
     EXPECT_TRUE(s.rows.empty());
 }
 
+TEST(AlignFlow, FlowMissingFromTheFlowConsensusCountsNothing) {
+    contig c = make_contig("ACGT", {{"r1", 1, "ACGT"}});
+    c.create_flow_concensus();
+    c.flow_consensus.resize(2);  // flows 2 (G) and 3 (T) no longer exist
+    const flow_span s = cut(c, 1, 4);
+    EXPECT_EQ(s.flows, (flow_table{{1}, {1}, {}, {}}));
+    EXPECT_EQ(s.rows, (flow_rows{{{3, fRead{"r1", 0, 3}}}}));
+}
+
 }  // namespace
 }  // namespace pelkrin::test

@@ -178,5 +178,16 @@ TEST(RenderFlowSpan, EmptyConsensusWithReadsDrawsTheFirstFlowT) {
     EXPECT_EQ(plain(c, 1, 4).out, " T\n");
 }
 
+TEST(RenderFlowSpan, FlowMissingFromTheFlowConsensusIsNotDrawn) {
+    contig c = make_contig("ACGT", {{"r1", 1, "ACGT"}});
+    c.create_flow_concensus();
+    c.flow_consensus.resize(2);  // flows 2 (G) and 3 (T) no longer exist
+    EXPECT_EQ(plain(c, 1, 4).out, " A C\n 1 1\n");
+    drawn d;
+    colour_map colours = bases();
+    c.print_flow_map_html_space(d.out, d.reads, colours, 1, 4);
+    EXPECT_EQ(d.out, el("green", "A") + " " + el("blue", "C") + "\n" + el("green", "1") + el("blue", " 1") + "\n");
+}
+
 }  // namespace
 }  // namespace pelkrin::test

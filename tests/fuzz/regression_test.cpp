@@ -1,0 +1,68 @@
+// Replays every input that once broke a fuzz target (fuzz/regressions/TARGET),
+// and the example assembly, through the same target functions as the fuzzers.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+
+#include "files.h"
+#include "targets/fuzz_targets.h"
+
+namespace pelkrin::test {
+namespace {
+
+using target_function = void (*)(const std::uint8_t*, std::size_t);
+
+void call(target_function f, const std::string& bytes) {
+    f(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+}
+
+// Returns how many regression inputs were replayed.
+std::size_t replay(const std::string& target, target_function f) {
+    const auto dir = source_file("fuzz/regressions/" + target);
+    std::size_t n = 0;
+    if (!std::filesystem::is_directory(dir)) return n;
+    for (const auto& entry : std::filesystem::directory_iterator(dir)) {
+        if (!entry.is_regular_file() || entry.path().filename().string().front() == '.') continue;
+        SCOPED_TRACE(entry.path().string());
+        call(f, read_file(entry.path()));
+        ++n;
+    }
+    return n;
+}
+
+std::string example(const char* leaf) { return read_file(source_file(std::string("example/") + leaf)); }
+
+std::string run_input(const std::string& ace, const std::string& sff) {
+    const auto n = static_cast<std::uint32_t>(ace.size());
+    std::string packed(4, '\0');
+    for (int i = 0; i < 4; ++i) packed[static_cast<std::size_t>(i)] = static_cast<char>((n >> (8 * i)) & 0xFF);
+    return packed + ace + sff;
+}
+
+TEST(FuzzRegressions, AceReader) {
+    call(fuzz::ace_reader, example("example.ace"));
+    call(fuzz::ace_reader, "");
+    replay("ace", fuzz::ace_reader);
+}
+
+TEST(FuzzRegressions, SffReader) {
+    call(fuzz::sff_reader, example("example.sff"));
+    call(fuzz::sff_reader, "");
+    replay("sff", fuzz::sff_reader);
+}
+
+TEST(FuzzRegressions, WholeRun) {
+    call(fuzz::whole_run, run_input(example("example.ace"), example("example.sff")));
+    call(fuzz::whole_run, "");
+    replay("run", fuzz::whole_run);
+}
+
+TEST(FuzzRegressions, ContigViews) {
+    call(fuzz::contig_views, example("example.ace"));
+    call(fuzz::contig_views, read_file(data_file("contig1.ace")));
+    replay("views", fuzz::contig_views);
+}
+
+}  // namespace
+}  // namespace pelkrin::test
