@@ -31,6 +31,8 @@ void print_completion(const run_request& request) {
 
 int run(const run_request& request) {
     reader sff(request.sff_file);
+    // A header cut short is reported here and again by the index walk; the run
+    // goes on, so that the outputs still name every read of the assembly.
     sff.get_header();
     aceReader ace(request.ace_file);
 

@@ -32,7 +32,8 @@ struct sff_header_p2 {
     std::vector<char> flow_chars;
     std::vector<char> key_sequence;
 
-    // A negative count (a header count of 32768 or more) gets no space.
+    // Replaces whatever an earlier call allocated. A negative count (a header
+    // count of 32768 or more) gets no space.
     void alloc_space(std::int16_t n_flows, std::int16_t n_key);
     std::ostream& print(std::ostream& out, std::int16_t n_flows, std::int16_t n_key) const;
 };
