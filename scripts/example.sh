@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
-# Builds Pelkrin and runs it on the example assembly that ships in example/.
+# Builds Pelkrin (and Pelkrin-view) and runs Pelkrin on the example assembly that
+# ships in example/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
 cmake -S . -B out/release -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
-cmake --build out/release --target Pelkrin -j "$(nproc 2>/dev/null || echo 2)" >/dev/null
+cmake --build out/release --target Pelkrin Pelkrin-view -j "$(nproc 2>/dev/null || echo 2)" >/dev/null
 out/release/Pelkrin -f example/example.ace example/example.sff
 echo "== head of example/example.qdx"
 head -n 5 example/example.qdx
