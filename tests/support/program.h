@@ -1,5 +1,6 @@
 #pragma once
 // Runs a built program as its own process and collects everything it did.
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -10,12 +11,21 @@ struct program_result {
     std::string out;
     std::string err;
     int status = -1;  // exit status, or 128 + signal number
+    bool timed_out = false;
+    double seconds = 0;  // wall time
+};
+
+struct run_limits {
+    double seconds = 0;                  // killed after this long; 0: no limit
+    std::uint64_t address_space = 0;     // bytes of virtual memory; 0: no limit
 };
 
 // argv[0] is the program path; `cwd` is the working folder of the child.
-program_result run_program(const std::vector<std::string>& argv, const std::filesystem::path& cwd = {});
+program_result run_program(const std::vector<std::string>& argv, const std::filesystem::path& cwd = {},
+                           const run_limits& limits = {});
 
-// The main program as built beside the tests.
+// The programs as built beside the tests.
 std::string pelkrin_binary();
+std::string pelkrin_view_binary();
 
 }  // namespace pelkrin::test

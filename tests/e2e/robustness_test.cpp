@@ -1,0 +1,166 @@
+// Both programs on damaged copies of every real input: cut at many lengths and
+// with bytes changed at many places. Whatever the damage, a program must end
+// within 5 seconds with status 0 or 1, say only its own messages, and (in the
+// sanitizer build) draw no sanitizer report. The optimised build runs them
+// under a 1 GB address-space limit; the sanitizer build, which cannot run under
+// one, under the sanitizer's own limits on allocations and resident memory.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+
+#include "files.h"
+#include "program.h"
+#include "sff/reader.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+#define PELKRIN_TESTS_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define PELKRIN_TESTS_SANITIZED 1
+#endif
+#endif
+
+namespace pelkrin::test {
+namespace {
+
+// The beginnings of every line either program may write to standard error.
+const char* const known_messages[] = {
+    "Error ocurred while reading file ", "reach end of file while read more data", "The input file ",
+    "fail to open file ",                "The file: ",                             "Error: the input file ",
+    "Error: tag '",                      "Error: AF tag for read ",                "can not open file ",
+    "Pelkrin-view: ",
+};
+
+struct tally {
+    std::size_t cases = 0;
+};
+
+run_limits limits() {
+    run_limits l;
+    l.seconds = 5;
+#ifdef PELKRIN_TESTS_SANITIZED
+    ::setenv("ASAN_OPTIONS", "detect_leaks=1:max_allocation_size_mb=256:hard_rss_limit_mb=1024", 1);
+#else
+    l.address_space = std::uint64_t{1} << 30;
+#endif
+    return l;
+}
+
+void check(const program_result& r, const std::string& what) {
+    ASSERT_FALSE(r.timed_out) << what << ": still running after 5 s";
+    ASSERT_TRUE(r.status == 0 || r.status == 1) << what << ": status " << r.status << "\n" << r.err;
+    std::istringstream err(r.err);
+    for (std::string line; std::getline(err, line);) {
+        bool known = false;
+        for (const char* m : known_messages) known = known || line.rfind(m, 0) == 0;
+        ASSERT_TRUE(known) << what << ": unexpected line on standard error: " << line;
+    }
+}
+
+// An assembly of one contig naming every read of the SFF file (and one it lacks).
+std::string assembly_of(const std::filesystem::path& sff) {
+    reader r(sff.string());
+    read_index index;
+    r.build_read_index(index);
+    std::string reads;
+    std::string af, rd;
+    std::size_t n = 0;
+    for (const auto& entry : index) {
+        af += "AF " + entry.first + " U 1\n";
+        rd += "RD " + entry.first + " 3 0 0\nACG\n\nQA 1 3 1 3\nDS x\n\n";
+        ++n;
+    }
+    af += "AF missing_read U 1\n";
+    rd += "RD missing_read 3 0 0\nACG\n\nQA 1 3 1 3\nDS x\n\n";
+    ++n;
+    return "AS 1 " + std::to_string(n) + "\n\nCO Contig1 10 " + std::to_string(n) + " 1 U\nACGTACGTAC\n\nBQ\n20\n\n" +
+           af + "BS 1 10 x\n\n" + rd;
+}
+
+// Bytes changed at 64 places spread over the file, each a case of its own.
+std::vector<std::string> flipped_copies(const std::string& bytes) {
+    std::vector<std::string> copies;
+    if (bytes.empty()) return copies;
+    for (std::size_t k = 0; k < 64; ++k) {
+        std::string copy = bytes;
+        const std::size_t at = (k * 7919 + k * k * 31) % bytes.size();
+        copy[at] = static_cast<char>(copy[at] ^ (k % 2 == 0 ? 0xFF : 0x5A));
+        copies.push_back(std::move(copy));
+    }
+    return copies;
+}
+
+void damaged_sff(const std::string& leaf, const std::filesystem::path& source) {
+    const auto dir = scratch_dir();
+    const std::string bytes = read_file(source);
+    write_file(dir / "asm.ace", assembly_of(source));
+    const run_limits l = limits();
+    std::size_t cases = 0;
+    auto run_case = [&](const std::string& sff, const std::string& what) {
+        write_file(dir / "in.sff", sff);
+        check(run_program({pelkrin_binary(), "-f", "asm.ace", "in.sff"}, dir, l), what);
+        ++cases;
+    };
+    for (std::size_t cut = 0; cut < bytes.size(); cut += 7) {
+        run_case(bytes.substr(0, cut), leaf + " cut at " + std::to_string(cut));
+        if (::testing::Test::HasFatalFailure()) return;
+    }
+    std::size_t k = 0;
+    for (const auto& copy : flipped_copies(bytes)) {
+        run_case(copy, leaf + " changed, case " + std::to_string(k++));
+        if (::testing::Test::HasFatalFailure()) return;
+    }
+    ::testing::Test::RecordProperty("cases", static_cast<int>(cases));
+    std::cout << leaf << ": " << cases << " damaged SFF files, no failure\n";
+}
+
+void damaged_ace(const std::string& leaf, const std::filesystem::path& source, const std::filesystem::path& sff) {
+    const auto dir = scratch_dir();
+    const std::string text = read_file(source);
+    write_file(dir / "in.sff", read_file(sff));
+    const run_limits l = limits();
+    std::size_t cases = 0;
+    auto run_case = [&](const std::string& ace, const std::string& what) {
+        write_file(dir / "in.ace", ace);
+        check(run_program({pelkrin_binary(), "-f", "in.ace", "in.sff"}, dir, l), what + " (Pelkrin)");
+        for (const char* mode : {"align", "flow-html", "layout"}) {
+            check(run_program({pelkrin_view_binary(), "-m", mode, "in.ace", "Contig1"}, dir, l),
+                  what + " (Pelkrin-view -m " + mode + ")");
+        }
+        ++cases;
+    };
+    for (std::size_t at = 0; at <= text.size(); at = text.find('\n', at) == std::string::npos
+                                                         ? text.size() + 1
+                                                         : text.find('\n', at) + 1) {
+        run_case(text.substr(0, at), leaf + " cut at " + std::to_string(at));
+        if (::testing::Test::HasFatalFailure()) return;
+    }
+    std::size_t k = 0;
+    for (const auto& copy : flipped_copies(text)) {
+        run_case(copy, leaf + " changed, case " + std::to_string(k++));
+        if (::testing::Test::HasFatalFailure()) return;
+    }
+    ::testing::Test::RecordProperty("cases", static_cast<int>(cases));
+    std::cout << leaf << ": " << cases << " damaged ACE files, no failure\n";
+}
+
+TEST(Robustness, DamagedTenReadSff) {
+    damaged_sff("E3MFGYR02_random_10_reads.sff", data_file("E3MFGYR02_random_10_reads.sff"));
+}
+TEST(Robustness, DamagedGreekSff) { damaged_sff("greek.sff", data_file("greek.sff")); }
+TEST(Robustness, DamagedPairedSff) { damaged_sff("paired.sff", data_file("paired.sff")); }
+TEST(Robustness, DamagedExampleSff) { damaged_sff("example.sff", source_file("example/example.sff")); }
+
+TEST(Robustness, DamagedContig1Ace) { damaged_ace("contig1.ace", data_file("contig1.ace"), data_file("greek.sff")); }
+TEST(Robustness, DamagedConsedSampleAce) {
+    damaged_ace("consed_sample.ace", data_file("consed_sample.ace"), data_file("paired.sff"));
+}
+TEST(Robustness, DamagedCap3Ace) { damaged_ace("seq.cap.ace", data_file("seq.cap.ace"), data_file("greek.sff")); }
+TEST(Robustness, DamagedExampleAce) {
+    damaged_ace("example.ace", source_file("example/example.ace"), source_file("example/example.sff"));
+}
+
+}  // namespace
+}  // namespace pelkrin::test
