@@ -25,7 +25,7 @@ std::string example_ace() { return source_file("example/example.ace").string(); 
 std::string contig1_ace() { return data_file("contig1.ace").string(); }
 std::string consed_ace() { return data_file("consed_sample.ace").string(); }
 
-struct run_spec {
+struct view_case {
     std::string name;
     std::string file;     // ex, c1 or cs
     std::string contig;
@@ -33,7 +33,7 @@ struct run_spec {
 };
 
 // Names the case in test listings instead of dumping its bytes.
-void PrintTo(const run_spec& spec, std::ostream* os) { *os << spec.name; }
+void PrintTo(const view_case& c, std::ostream* os) { *os << c.name; }
 
 std::string file_of(const std::string& key) {
     if (key == "ex") return example_ace();
@@ -41,8 +41,8 @@ std::string file_of(const std::string& key) {
     return consed_ace();
 }
 
-std::vector<run_spec> all_runs() {
-    std::vector<run_spec> runs;
+std::vector<view_case> all_runs() {
+    std::vector<view_case> runs;
     const std::vector<std::string> span_modes = {"align", "align-html", "flow", "flow-html", "flow-html-space",
                                                  "flow-table", "seq-table"};
     const std::vector<std::string> whole_modes = {"contig", "contig-html", "flow-consensus", "layout"};
@@ -86,21 +86,21 @@ std::vector<run_spec> all_runs() {
     return runs;
 }
 
-class ViewToolModes : public ::testing::TestWithParam<run_spec> {};
+class ViewToolModes : public ::testing::TestWithParam<view_case> {};
 
 TEST_P(ViewToolModes, OutputMatchesTheExpectedFile) {
-    const run_spec& spec = GetParam();
-    std::vector<std::string> args = spec.options;
-    args.push_back(file_of(spec.file));
-    args.push_back(spec.contig);
+    const view_case& c = GetParam();
+    std::vector<std::string> args = c.options;
+    args.push_back(file_of(c.file));
+    args.push_back(c.contig);
     const program_result r = view(args);
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.err, "");
-    EXPECT_EQ(r.out, expected(spec.name + ".out"));
+    EXPECT_EQ(r.out, expected(c.name + ".out"));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ViewToolModes, ::testing::ValuesIn(all_runs()),
-                         [](const ::testing::TestParamInfo<run_spec>& info) {
+                         [](const ::testing::TestParamInfo<view_case>& info) {
                              std::string name = info.param.name;
                              for (char& c : name) {
                                  if (c == '-') c = '_';

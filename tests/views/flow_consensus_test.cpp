@@ -8,7 +8,7 @@ namespace {
 
 using flow_maps = std::vector<std::map<char, int32_t>>;
 
-contig flows_of(std::string_view consensus, const std::vector<read_spec>& reads) {
+contig flows_of(std::string_view consensus, const std::vector<read_plan>& reads) {
     contig c = make_contig(consensus, reads);
     c.create_flow_concensus();
     return c;

@@ -124,7 +124,7 @@ TEST(PrintMap, ZeroLengthReadIsReplacedByTheNextWithTheSameStart) {
 
 TEST(PrintMap, NegativeLengthMovesTheScanBack) {
     contig c = make_contig(std::string(10, 'A'), {plain_read("a", 2, 3), plain_read("b", 4, 1),
-                                                 read_spec{"back", 5, "AAA", int16_t{-3}}});
+                                                 read_plan{"back", 5, "AAA", int16_t{-3}}});
     c.create_print_map();
     // "a" covers 2 to 4, so the scan passes "b"; after "back" at 5 it goes on
     // from 2 and meets "b" in the same row.

@@ -20,7 +20,7 @@ contig random_contig(std::mt19937& random) {
     std::string consensus;
     const int length = below(4) == 0 ? below(3) : 1 + below(30);
     for (int i = 0; i < length; ++i) consensus.push_back(alphabet[static_cast<std::size_t>(below(10))]);
-    std::vector<read_spec> reads;
+    std::vector<read_plan> reads;
     const int count = below(8);
     for (int r = 0; r < count; ++r) {
         std::string seq;
