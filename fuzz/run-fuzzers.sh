@@ -3,11 +3,13 @@
 #
 #   fuzz/run-fuzzers.sh SECONDS [TARGET ...]      targets: ace_reader sff_reader whole_run contig_views
 #
-# Seeds come from the example assembly, ../shared/data and the regression
-# corpus; the growing corpus is kept in out/fuzz-corpus, crashing inputs in
+# Seeds come from the example assembly, ../shared/data, the committed corpus
+# (fuzz/corpus/TARGET, the minimised result of earlier runs) and the regression
+# inputs; the growing corpus is kept in out/fuzz-corpus, crashing inputs in
 # out/fuzz-artifacts (copy them into fuzz/regressions/TARGET, which the test
 # suite replays). Exits non-zero when a target finds a crash, a leak, a hang
-# (over 5 s) or an allocation over 64 MB.
+# (over 5 s) or an allocation over 64 MB. Prints each target's executions and
+# CPU seconds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:?usage: fuzz/run-fuzzers.sh SECONDS [TARGET ...]}
@@ -41,7 +43,7 @@ seed() {
       [[ -f $data/consed_sample.ace ]] && pack_run "$data/consed_sample.ace" "$data/E3MFGYR02_random_10_reads.sff" "$dir/consed"
       ;;
   esac
-  cp fuzz/regressions/"$target"/* "$dir"/ 2>/dev/null || true
+  cp fuzz/corpus/"$target"/* fuzz/regressions/"$target"/* "$dir"/ 2>/dev/null || true
   echo "$dir"
 }
 
@@ -52,7 +54,8 @@ for target in "${targets[@]}"; do
   mkdir -p "$corpus" "$artifacts"
   seeds=$(seed "$target")
   echo "== $target: ${seconds}s"
-  if ! out/fuzz/fuzz/fuzz_"$target" "$corpus" "$seeds" -max_total_time="$seconds" -timeout=5 \
+  if ! /usr/bin/time -f "cpu seconds: %U user + %S system" -o "out/fuzz-$target.cpu" \
+      out/fuzz/fuzz/fuzz_"$target" "$corpus" "$seeds" -max_total_time="$seconds" -timeout=5 \
       -rss_limit_mb=1024 -malloc_limit_mb=64 -max_len=131072 -artifact_prefix="$artifacts/" \
       -print_final_stats=1 >"out/fuzz-$target.log" 2>&1; then
     echo "!! $target failed: see out/fuzz-$target.log and $artifacts"
@@ -60,6 +63,7 @@ for target in "${targets[@]}"; do
     status=1
   fi
   grep -E '^stat::(number_of_executed_units|peak_rss_mb)|Done [0-9]+ runs' "out/fuzz-$target.log" || true
+  cat "out/fuzz-$target.cpu" 2>/dev/null || true
   echo "corpus: $(ls "$corpus" | wc -l) inputs"
 done
 exit $status

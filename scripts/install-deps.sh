@@ -6,8 +6,9 @@ set -euo pipefail
 packages=(cmake g++ ninja-build make)
 if [[ "${1:-}" == "--tests" ]]; then
   # GoogleTest; clang and its libFuzzer runtime for the fuzz targets; a browser
-  # and a fixed-width font for the test that renders the HTML page; valgrind
-  packages+=(libgtest-dev clang libclang-rt-14-dev chromium fonts-dejavu-core valgrind)
+  # and a fixed-width font for the test that renders the HTML page; valgrind;
+  # GNU time for the fuzzers' CPU figures
+  packages+=(libgtest-dev clang libclang-rt-14-dev chromium fonts-dejavu-core valgrind time)
 fi
 
 missing=()
