@@ -3,9 +3,9 @@
 #
 #   fuzz/run-fuzzers.sh SECONDS [TARGET ...]      targets: ace_reader sff_reader whole_run contig_views
 #
-# Seeds come from the example assembly, ../shared/data, the committed corpus
-# (fuzz/corpus/TARGET, the minimised result of earlier runs) and the regression
-# inputs; the growing corpus is kept in out/fuzz-corpus, crashing inputs in
+# Seeds come from the example assembly, ../shared/data, a committed corpus when
+# there is one (fuzz/corpus/TARGET, a minimised result of earlier runs) and the
+# regression inputs; the growing corpus is kept in out/fuzz-corpus, crashing inputs in
 # out/fuzz-artifacts (copy them into fuzz/regressions/TARGET, which the test
 # suite replays). Exits non-zero when a target finds a crash, a leak, a hang
 # (over 5 s) or an allocation over 64 MB. Prints each target's executions and
