@@ -7,6 +7,7 @@
 // SFF records come in a shuffled order, as a sequencer's wells do; the assembly
 // uses USED_PERCENT of the reads, READS_PER_CONTIG to a contig. Bases are called
 // from a flowgram that matches them; pads '*' appear in the consensus and reads.
+#include "random_source.h"
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
@@ -17,23 +18,6 @@
 #include <vector>
 
 namespace {
-
-// A small fixed generator, so that a seed gives the same files on every platform.
-class random_source {
-public:
-    explicit random_source(std::uint64_t seed) : state_(seed * 0x9E3779B97F4A7C15ull + 1) {}
-    std::uint64_t next() {
-        state_ ^= state_ << 13;
-        state_ ^= state_ >> 7;
-        state_ ^= state_ << 17;
-        return state_;
-    }
-    int below(int n) { return static_cast<int>(next() % static_cast<std::uint64_t>(n)); }
-    int between(int lo, int hi) { return lo + below(hi - lo + 1); }
-
-private:
-    std::uint64_t state_;
-};
 
 class output {
 public:

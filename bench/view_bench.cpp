@@ -5,6 +5,7 @@
 // the time per span should not grow with the contig's length.
 //
 //   view_bench [SEED]
+#include "random_source.h"
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
@@ -20,23 +21,6 @@ namespace {
 
 using pelkrin::colour_map;
 using pelkrin::contig;
-
-// A small fixed generator, so that a seed gives the same contigs everywhere.
-class random_source {
-public:
-    explicit random_source(std::uint64_t seed) : state_(seed * 0x9E3779B97F4A7C15ull + 1) {}
-    std::uint64_t next() {
-        state_ ^= state_ << 13;
-        state_ ^= state_ >> 7;
-        state_ ^= state_ << 17;
-        return state_;
-    }
-    int below(int n) { return static_cast<int>(next() % static_cast<std::uint64_t>(n)); }
-    int between(int lo, int hi) { return lo + below(hi - lo + 1); }
-
-private:
-    std::uint64_t state_;
-};
 
 // Reads of 350 to 450 bases copied from the consensus with a few 'N's; some
 // start left of the consensus and some run past its end, as in real assemblies.
