@@ -37,6 +37,8 @@ public:
 private:
     // The block fetched where a walk lands on a record: its header and name fit.
     static constexpr std::size_t walk_block = 512;
+    // The flowgram's bytes as read, before they become values; kept to be reused.
+    std::vector<unsigned char> flowgram_bytes_;
 
     // Reads the 16-byte read header into cur_read as file-order numbers; false when short.
     bool read_record_header();

@@ -44,7 +44,7 @@ void reader::read_data() {
 
     // The flowgram keeps the values of the previous record where a short read does not reach.
     const std::size_t flows = std::min<std::size_t>(cur_read.numOfFlows, cur_read.flowgram_values.size());
-    static thread_local std::vector<unsigned char> raw;
+    std::vector<unsigned char>& raw = flowgram_bytes_;
     raw.resize(flows * 2);
     sff_file.read(raw.data(), raw.size());
     const std::size_t got = sff_file.gcount();

@@ -6,13 +6,6 @@
 namespace pelkrin::test {
 namespace {
 
-using names = std::vector<std::string>;
-
-struct drawn {
-    std::string out;
-    names reads;
-};
-
 drawn plain(contig& c, int32_t start, int32_t width) {
     drawn d;
     c.print_flow_map_plain(d.out, d.reads, start, width);

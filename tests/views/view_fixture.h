@@ -30,4 +30,12 @@ read_plan plain_read(std::string name, int32_t pos, int16_t len);
 std::vector<char> chars(std::string_view text);
 std::string text(const std::vector<char>& chars);
 
+using names = std::vector<std::string>;
+
+// What a span renderer wrote, and the read names it listed.
+struct drawn {
+    std::string out;
+    names reads;
+};
+
 }  // namespace pelkrin::test
