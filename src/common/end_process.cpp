@@ -29,8 +29,10 @@ void unregister_flushable(flushable* f) {
 }
 
 void end_process(int status) {
-    // Copy first: flushing may not unregister, but a hook may destroy outputs.
-    for (flushable* f : std::vector<flushable*>(registered())) f->flush_before_exit();
+    // Copy first: flushing may unregister. Newest first, as destructors run: a
+    // writer registered after its output files finishes its work before they flush.
+    const std::vector<flushable*> outputs(registered());
+    for (auto f = outputs.rbegin(); f != outputs.rend(); ++f) (*f)->flush_before_exit();
     std::cout.flush();
     std::cerr.flush();
     if (current_hook()) current_hook()(status);

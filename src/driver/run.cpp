@@ -1,12 +1,12 @@
 #include "driver/run.h"
 
 #include <iostream>
-#include <vector>
+#include <utility>
 
 #include "ace/ace_reader.h"
 #include "common/end_process.h"
+#include "driver/contig_writer.h"
 #include "driver/output_file.h"
-#include "driver/reads_writer.h"
 #include "driver/texts.h"
 #include "sff/reader.h"
 
@@ -45,29 +45,20 @@ int run(const run_request& request) {
     read_index index;
     sff.build_read_index(index);
 
-    const std::int32_t linesPerRead = request.flowgram ? 3 : 1;
-    seqRead decoded;
-    std::vector<std::int64_t> positions;
+    // Parsing and look-ups here; decoding and writing on the writer's thread.
+    // The reader is the writer's from here on.
+    contig_writer writer(sff, reads_out, index_out, request.flowgram);
     while (true) {
-        contig c;
-        if (!ace.next_contig(c)) break;
-        write_contig_header(reads_out, index_out, c, linesPerRead);
-        // All of the contig's look-ups first: independent of each other, their
+        contig_writer::job j;
+        if (!ace.next_contig(j.c)) break;
+        // All of the contig's look-ups at once: independent of each other, their
         // cache misses overlap. A name the SFF file lacks is decoded from offset
         // 0, the index's default.
-        positions.clear();
-        for (const auto& entry : c.reads) positions.push_back(index.position_of(entry.first));
-        auto position = positions.begin();
-        for (const auto& entry : c.reads) {
-            // Emptied, not rebuilt: its storage is reused from read to read.
-            decoded.name.clear();
-            decoded.bases.clear();
-            decoded.quals.clear();
-            decoded.flowIdx.clear();
-            sff.get_read(*position++, decoded);
-            write_read_entry(reads_out, entry.first, decoded, sff.cur_read, request.flowgram);
-        }
+        j.positions.reserve(j.c.reads.size());
+        for (const auto& entry : j.c.reads) j.positions.push_back(index.position_of(entry.first));
+        writer.add(std::move(j));
     }
+    writer.finish();
     reads_out.close();
     index_out.close();
     print_completion(request);

@@ -45,6 +45,7 @@ bool binary_input::open(const std::string& path) {
     }
     kept_from_ = kept_to_ = 0;
     buf_.clear();  // grows with the blocks that reading asks for
+    data_ = buf_.data();
     pos_ = buf_start_ = 0;
     buf_len_ = 0;
     fill_ = jump_fill_;
@@ -56,16 +57,34 @@ void binary_input::set_jump_fill(std::size_t bytes) {
     jump_fill_ = std::clamp<std::size_t>(bytes, 64, largest_fill);
 }
 
-std::size_t binary_input::fetch(unsigned char* dst, std::size_t n) {
+std::size_t binary_input::fetch_at(std::int64_t pos, unsigned char* dst, std::size_t n) const {
     std::size_t got = 0;
-    while (got < n && fd_ >= 0) {
-        const ssize_t r = ::pread(fd_, dst + got, n - got, static_cast<off_t>(pos_) + static_cast<off_t>(got));
+    while (got < n && fd_ >= 0 && pos >= 0) {
+        const ssize_t r = ::pread(fd_, dst + got, n - got, static_cast<off_t>(pos) + static_cast<off_t>(got));
         if (r < 0 && errno == EINTR) continue;
         if (r <= 0) break;  // end of file, or an error that ends the input
         got += static_cast<std::size_t>(r);
     }
+    return got;
+}
+
+std::size_t binary_input::fetch(unsigned char* dst, std::size_t n) {
+    const std::size_t got = fetch_at(pos_, dst, n);
     fetched_ += got;
     return got;
+}
+
+void binary_input::use_block(std::int64_t pos, std::span<const unsigned char> bytes) {
+    data_ = bytes.data();
+    buf_start_ = pos;
+    buf_len_ = bytes.size();
+    fetched_ += bytes.size();
+}
+
+void binary_input::drop_block() {
+    if (data_ == buf_.data()) return;
+    data_ = buf_.data();
+    buf_len_ = 0;
 }
 
 bool binary_input::refill() {
@@ -77,6 +96,7 @@ bool binary_input::refill() {
     }
     buf_start_ = pos_;
     if (buf_.size() < fill_) buf_.resize(fill_);
+    data_ = buf_.data();
     buf_len_ = fetch(buf_.data(), fill_);
     return buf_len_ > 0;
 }
@@ -127,7 +147,7 @@ void binary_input::read(void* dst, std::size_t n) {
         }
         const auto at = static_cast<std::size_t>(pos_ - buf_start_);
         const std::size_t take = std::min(n - gcount_, buf_len_ - at);
-        std::memcpy(out + gcount_, buf_.data() + at, take);
+        std::memcpy(out + gcount_, data_ + at, take);
         pos_ += static_cast<std::int64_t>(take);
         gcount_ += take;
     }

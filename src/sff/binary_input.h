@@ -8,7 +8,9 @@
 // - Random access (the default): a buffer of its own filled by positioned reads.
 //   After a jump the block is small (set_jump_fill: what the caller expects to
 //   need there); while reading goes on sequentially the blocks double. So a
-//   record anywhere in the file costs one system call.
+//   record anywhere in the file costs one system call. Another thread may
+//   fetch a block ahead of time (fetch_at) and hand it over (use_block): it is
+//   read from like a block this stream fetched itself.
 //
 // - A forward walk (set_forward_walk) over a regular file reads from a memory
 //   mapping of it: a seek costs nothing and only the bytes that are read are
@@ -17,6 +19,7 @@
 //   behind the walk are let go every few megabytes; the page cache keeps them.
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -56,6 +59,20 @@ public:
 
     // How many bytes the first block after a jump asks for.
     void set_jump_fill(std::size_t bytes);
+    std::size_t jump_fill() const { return jump_fill_; }
+
+    // Reads up to n bytes at `pos` into dst, leaving the stream as it is; returns
+    // how many came (fewer at the end of the file). Safe on another thread while
+    // this stream is in use: it touches nothing of the stream's state.
+    std::size_t fetch_at(std::int64_t pos, unsigned char* dst, std::size_t n) const;
+    // Makes `bytes`, fetched by fetch_at at `pos`, the current block: reads that
+    // fall inside it take their bytes from there. The bytes are not copied and
+    // must stay until drop_block() or the next use_block(); the file's state
+    // flags are unchanged. A block that stopped short at the end of the file
+    // reads exactly as one this stream fetched: reading past it meets the end.
+    void use_block(std::int64_t pos, std::span<const unsigned char> bytes);
+    // Forgets a block given by use_block, if it is still the current one.
+    void drop_block();
     // On: reads come from the memory mapping, if the file could be mapped.
     void set_forward_walk(bool on) { walk_ = on; }
     // Bytes fetched from the file so far: copied out of the mapping, or read.
@@ -80,6 +97,7 @@ private:
     std::int64_t kept_from_ = 0;   // mapped pages before this offset have been let go
     std::int64_t kept_to_ = 0;     // and none after this one has been touched
     std::vector<unsigned char> buf_;
+    const unsigned char* data_ = nullptr;  // the current block: buf_, or bytes given by use_block
     std::int64_t pos_ = 0;        // the stream position
     std::int64_t buf_start_ = 0;  // file offset of buf_[0]
     std::size_t buf_len_ = 0;

@@ -12,7 +12,10 @@ bool by_name(const read_index::value_type& a, const read_index::value_type& b) {
 
 }  // namespace
 
-void read_index::set(std::string name, std::int64_t position) { entries_.emplace_back(std::move(name), position); }
+void read_index::set(std::string name, std::int64_t position) {
+    entries_.emplace_back(std::move(name), position);
+    slots_current_ = false;
+}
 
 void read_index::settle() const {
     if (sorted_ == entries_.size()) return;
@@ -53,20 +56,33 @@ std::int64_t& read_index::operator[](const std::string& name) {
     return it->second;
 }
 
+namespace {
+
+std::uint32_t tag_of(std::size_t hash) { return static_cast<std::uint32_t>(static_cast<std::uint64_t>(hash) >> 32); }
+
+}  // namespace
+
 void read_index::build_slots() const {
     std::size_t size = 16;
     while (size < entries_.size() * 2) size *= 2;
-    slots_.assign(size, 0);
+    slots_.assign(size, slot{});
+    const std::size_t mask = size - 1;
+    // In array order: the sorted part holds names set before everything after
+    // it, and the rest is in order of setting, so the last entry of a name is
+    // the one its slot keeps.
     for (std::size_t i = 0; i < entries_.size(); ++i) {
-        std::size_t s = std::hash<std::string_view>{}(entries_[i].first) & (size - 1);
-        while (slots_[s] != 0) s = (s + 1) & (size - 1);
-        slots_[s] = static_cast<std::uint32_t>(i + 1);
+        const std::string_view name = entries_[i].first;
+        const std::size_t hash = std::hash<std::string_view>{}(name);
+        const std::uint32_t tag = tag_of(hash);
+        std::size_t s = hash & mask;
+        while (slots_[s].entry != 0 && !(slots_[s].tag == tag && entries_[slots_[s].entry - 1].first == name))
+            s = (s + 1) & mask;
+        slots_[s] = slot{static_cast<std::uint32_t>(i + 1), tag};
     }
     slots_current_ = true;
 }
 
 std::int64_t read_index::position_of(std::string_view name) const {
-    settle();
     // More entries than 32-bit slots can name cannot come from a file walk; search instead.
     if (entries_.size() >= std::numeric_limits<std::uint32_t>::max() / 2) {
         const value_type* e = find(std::string(name));
@@ -74,8 +90,11 @@ std::int64_t read_index::position_of(std::string_view name) const {
     }
     if (!slots_current_) build_slots();
     const std::size_t mask = slots_.size() - 1;
-    for (std::size_t s = std::hash<std::string_view>{}(name) & mask; slots_[s] != 0; s = (s + 1) & mask) {
-        const value_type& e = entries_[slots_[s] - 1];
+    const std::size_t hash = std::hash<std::string_view>{}(name);
+    const std::uint32_t tag = tag_of(hash);
+    for (std::size_t s = hash & mask; slots_[s].entry != 0; s = (s + 1) & mask) {
+        if (slots_[s].tag != tag) continue;
+        const value_type& e = entries_[slots_[s].entry - 1];
         if (e.first == name) return e.second;
     }
     return 0;

@@ -1,10 +1,10 @@
 #pragma once
-// The index of an SFF file's reads: read name to the byte offset of its record,
-// ordered by name. Held as one sorted array rather than a tree: the walk that
-// fills it appends (a later record of a name wins) and the array is sorted on
-// the first look-up. With millions of reads every look-up of a tree or a binary
-// search misses the cache a dozen times, so position_of goes through a hash
-// table of array slots instead, built once the array is sorted.
+// The index of an SFF file's reads: read name to the byte offset of its record.
+// Held as one array rather than a tree: the walk that fills it appends (a later
+// record of a name wins). Iterating sorts the array by name on first use.
+// position_of, the run's look-up, never sorts: it goes through a hash table of
+// array slots built over the array as it stands, since with millions of reads
+// every step of a tree or a binary search misses the cache.
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -52,8 +52,13 @@ private:
 
     mutable std::vector<value_type> entries_;
     mutable std::size_t sorted_ = 0;  // entries_[0, sorted_) are sorted and unique
-    // Open addressing over entries_: entry index + 1, or 0 for a free slot.
-    mutable std::vector<std::uint32_t> slots_;
+    // Open addressing over entries_. A slot keeps part of the name's hash, so
+    // that a probe rarely has to look at an entry that is not the one sought.
+    struct slot {
+        std::uint32_t entry = 0;  // entry index + 1, or 0 for a free slot
+        std::uint32_t tag = 0;    // the hash's upper bits
+    };
+    mutable std::vector<slot> slots_;
     mutable bool slots_current_ = false;
 };
 

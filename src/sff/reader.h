@@ -31,6 +31,8 @@ public:
     int get_header();
     int build_read_index(read_index& index);
     void get_read(const std::int64_t& pos, seqRead& out);
+    // The block get_read fetches where it lands: a whole record should fit.
+    std::size_t record_block() const { return 512 + std::size_t{cur_read.numOfFlows} * 4; }
     int get_next_read(read_index& index);
     int get_next_read();
 

@@ -9,8 +9,7 @@ namespace pelkrin {
 void reader::get_read(const std::int64_t& pos, seqRead& out) {
     sff_file.seekg(pos);
     if (sff_file.fail()) return;  // out and cur_read stay as they were
-    // One block after the jump should hold the whole record.
-    sff_file.set_jump_fill(512 + std::size_t{cur_read.numOfFlows} * 4);
+    sff_file.set_jump_fill(record_block());
     read_record_header();  // not checked: a short record decodes from what came
     if (swap_bytes == 1) cur_read.var_endian_swap();
     read_name();

@@ -25,25 +25,23 @@ void seqRead::assign(const sff_read& r) {
     const std::size_t held = std::min({static_cast<std::size_t>(r.number_of_bases), r.flow_index_per_base.size(),
                                        r.bases.size(), r.quality_scores.size()});
     const auto first = static_cast<std::size_t>(base_start - 1);  // base_start is at least 1
+    const std::size_t last = std::min(held, first + kept);
+    if (last <= first) return;
+    const std::size_t copied = last - first;
+    std::copy_n(r.bases.data() + first, copied, bases.data());
+    // Its own loop, which the compiler can widen many scores at a time.
+    const std::uint8_t* in_quals = r.quality_scores.data() + first;
+    std::int16_t* out_quals = quals.data();
+    for (std::size_t j = 0; j < copied; ++j) out_quals[j] = static_cast<std::int16_t>(in_quals[j]);
+
     // Every base advances the flow position, clipped or not, so a kept base's flow
     // counts from the read's first flow.
-    // Plain pointers: the stores through char pointers would otherwise make the
-    // compiler reload every vector's data pointer on every base.
     const std::uint8_t* flow_index = r.flow_index_per_base.data();
-    const char* in_bases = r.bases.data();
-    const std::uint8_t* in_quals = r.quality_scores.data();
-    char* out_bases = bases.data();
-    std::int16_t* out_quals = quals.data();
     std::int16_t* out_flows = flowIdx.data();
     std::int16_t p = -1;
-    std::size_t i = 0;
-    for (; i < std::min(first, held); ++i) p = static_cast<std::int16_t>(p + flow_index[i]);
-    const std::size_t last = std::min(held, first + kept);
-    for (; i < last; ++i) {
-        p = static_cast<std::int16_t>(p + flow_index[i]);
-        const std::size_t j = i - first;
-        out_bases[j] = in_bases[i];
-        out_quals[j] = static_cast<std::int16_t>(in_quals[i]);
+    for (std::size_t i = 0; i < std::min(first, held); ++i) p = static_cast<std::int16_t>(p + flow_index[i]);
+    for (std::size_t j = 0; j < copied; ++j) {
+        p = static_cast<std::int16_t>(p + flow_index[first + j]);
         out_flows[j] = p;
     }
 }

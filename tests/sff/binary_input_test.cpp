@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "files.h"
 
 namespace pelkrin {
@@ -139,6 +141,73 @@ TEST(BinaryInputWalk, ReadFarPastTheEndLetsGoOfNothingBeyondTheMapping) {
     char c;
     in.read(&c, 1);
     EXPECT_LE(in.released_to(), in.size());
+}
+
+TEST(BinaryInputRandom, FetchAtLeavesTheStreamAsItWas) {
+    const std::string bytes = numbered_bytes(1000);
+    const auto path = test::scratch_dir() / "in.bin";
+    test::write_file(path, bytes);
+    binary_input in;
+    ASSERT_TRUE(in.open(path.string()));
+    in.seekg(10);
+    std::string got(50, '\0');
+    EXPECT_EQ(in.fetch_at(980, reinterpret_cast<unsigned char*>(got.data()), got.size()), 20u) << "short at the end";
+    EXPECT_EQ(got.substr(0, 20), bytes.substr(980));
+    EXPECT_EQ(in.fetch_at(-1, reinterpret_cast<unsigned char*>(got.data()), 1), 0u);
+    EXPECT_TRUE(in.good());
+    EXPECT_EQ(in.tellg(), 10);
+    EXPECT_EQ(in.bytes_fetched(), 0u);
+}
+
+TEST(BinaryInputRandom, ReadsInsideAGivenBlockComeFromIt) {
+    const auto path = test::scratch_dir() / "in.bin";
+    test::write_file(path, numbered_bytes(1000));
+    binary_input in;
+    ASSERT_TRUE(in.open(path.string()));
+    // Bytes unlike the file's show where a read took its bytes from.
+    const std::string block(100, 'x');
+    in.use_block(200, {reinterpret_cast<const unsigned char*>(block.data()), block.size()});
+    in.seekg(250);
+    std::string got(10, '\0');
+    in.read(got.data(), got.size());
+    EXPECT_EQ(got, std::string(10, 'x'));
+    // Past the block, reading goes back to the file, at the right place.
+    in.seekg(295);
+    in.read(got.data(), got.size());
+    EXPECT_EQ(got, std::string(5, 'x') + numbered_bytes(1000).substr(300, 5));
+    in.use_block(200, {reinterpret_cast<const unsigned char*>(block.data()), block.size()});
+    in.drop_block();
+    in.seekg(250);
+    in.read(got.data(), got.size());
+    EXPECT_EQ(got, numbered_bytes(1000).substr(250, 10)) << "a dropped block is not read from";
+}
+
+TEST(BinaryInputRandom, ABlockFetchedAheadReadsLikeTheStreamsOwn) {
+    const std::string bytes = numbered_bytes(5000);
+    const auto path = test::scratch_dir() / "in.bin";
+    test::write_file(path, bytes);
+    for (const std::int64_t at : {0, 1234, 4990, 5000, 6000}) {
+        binary_input own;
+        binary_input given;
+        ASSERT_TRUE(own.open(path.string()));
+        ASSERT_TRUE(given.open(path.string()));
+        std::vector<unsigned char> block(own.jump_fill());
+        block.resize(given.fetch_at(at, block.data(), block.size()));
+        given.use_block(at, block);
+        for (binary_input* in : {&own, &given}) in->seekg(at);
+        for (const std::size_t n : {16, 3000, 8000}) {
+            std::string a(n, '\0');
+            std::string b(n, '\1');
+            own.read(a.data(), n);
+            given.read(b.data(), n);
+            SCOPED_TRACE(::testing::Message() << "at " << at << ", read " << n);
+            EXPECT_EQ(a.substr(0, own.gcount()), b.substr(0, given.gcount()));
+            EXPECT_EQ(own.gcount(), given.gcount());
+            EXPECT_EQ(own.eof(), given.eof());
+            EXPECT_EQ(own.fail(), given.fail());
+            EXPECT_EQ(own.tellg(), given.tellg());
+        }
+    }
 }
 
 TEST(BinaryInputRandom, MissingFileDoesNotOpen) {

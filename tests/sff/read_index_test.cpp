@@ -70,6 +70,25 @@ TEST(ReadIndex, PositionOfSeesLaterChanges) {
     EXPECT_EQ(index.position_of("c"), 4);
 }
 
+TEST(ReadIndex, PositionOfTakesTheLastSettingWithoutSorting) {
+    read_index index;
+    index.set("a", 1);
+    index.set("b", 2);
+    index.set("a", 3);
+    EXPECT_EQ(index.position_of("a"), 3);
+    EXPECT_EQ(index.position_of("b"), 2);
+    // Sorted once by iterating, then set again: the newer setting still wins.
+    EXPECT_EQ(index.begin()->first, "a");
+    index.set("b", 5);
+    index.set("a", 6);
+    index.set("b", 7);
+    EXPECT_EQ(index.position_of("a"), 6);
+    EXPECT_EQ(index.position_of("b"), 7);
+    index["a"] = 8;  // an existing entry changed in place
+    EXPECT_EQ(index.position_of("a"), 8);
+    EXPECT_EQ(index.size(), 2u);
+}
+
 TEST(ReadIndex, AtOfAMissingNameThrows) {
     read_index index;
     EXPECT_THROW(index.at("none"), std::out_of_range);

@@ -1,0 +1,180 @@
+#include "driver/contig_writer.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "common/end_process.h"
+#include "driver/reads_writer.h"
+#include "files.h"
+#include "sff/read_index.h"
+#include "sff_writer.h"
+
+namespace pelkrin {
+namespace {
+
+constexpr std::uint16_t flows = 80;
+
+// Names built by appending: GCC 12 warns wrongly about "r" + std::to_string(i).
+std::string read_name(int i) {
+    std::string name = "r";
+    name += std::to_string(i);
+    return name;
+}
+
+// 3,000 reads of 5 to 39 bases, some clipped, and contigs that use them out of
+// file order: one contig larger than what is fetched ahead for a contig, and
+// names the SFF file lacks (decoded from offset 0).
+struct writer_fixture {
+    std::filesystem::path sff;
+    std::vector<contig> contigs;
+};
+
+writer_fixture make_fixture() {
+    test::sff_fixture f;
+    f.flows = flows;
+    const int n = 3000;
+    for (int i = 0; i < n; ++i) {
+        std::vector<int> flows_of_bases;
+        std::vector<std::uint8_t> quals;
+        const int bases = 5 + i % 35;
+        for (int b = 0; b < bases; ++b) {
+            flows_of_bases.push_back(2 * b + i % 2);
+            quals.push_back(static_cast<std::uint8_t>((i + 7 * b) % 41));
+        }
+        auto r = test::read_from_flows(read_name(i), flows_of_bases, quals, flows);
+        if (i % 5 == 1) r.clip_qual_left = 3;
+        if (i % 7 == 2) r.clip_qual_right = static_cast<std::uint16_t>(bases - 2);
+        f.reads.push_back(r);
+    }
+    writer_fixture w;
+    w.sff = test::scratch_dir() / "reads.sff";
+    test::write_file(w.sff, test::build_sff(f).bytes);
+
+    std::vector<int> order;  // every read once, by a stride through the file
+    for (int i = 0; i < n; ++i) order.push_back(i * 1237 % n);
+    std::size_t next = 0;
+    for (const std::size_t size : {2500u, 7u, 1u, 300u, 150u, 42u}) {
+        contig c;
+        c.name = "Contig";
+        c.name += std::to_string(w.contigs.size() + 1);
+        for (std::size_t k = 0; k < size && next < order.size(); ++k) {
+            const std::string name = read_name(order[next++]);
+            c.reads[name].name = name;
+        }
+        if (size == 7u) c.reads["absent"].name = "absent";
+        w.contigs.push_back(std::move(c));
+    }
+    return w;
+}
+
+struct opened_sff {
+    explicit opened_sff(const std::filesystem::path& path) : sff(path.string()) {
+        sff.get_header();
+        sff.build_read_index(index);
+    }
+    reader sff;
+    read_index index;
+};
+
+// What a run on one thread writes: every read decoded where the index says, in order.
+void write_on_one_thread(const writer_fixture& w, bool flowgram, const std::filesystem::path& dir) {
+    opened_sff in(w.sff);
+    output_file reads_out((dir / "one.reads").string());
+    output_file index_out((dir / "one.qdx").string());
+    seqRead decoded;
+    for (const contig& c : w.contigs) {
+        write_contig_header(reads_out, index_out, c, flowgram ? 3 : 1);
+        for (const auto& entry : c.reads) {
+            decoded = seqRead{};
+            in.sff.get_read(in.index.position_of(entry.first), decoded);
+            write_read_entry(reads_out, entry.first, decoded, in.sff.cur_read, flowgram);
+        }
+    }
+}
+
+void hand_over(contig_writer& writer, const writer_fixture& w, const read_index& index) {
+    for (const contig& c : w.contigs) {
+        contig_writer::job j;
+        j.c = c;
+        for (const auto& entry : c.reads) j.positions.push_back(index.position_of(entry.first));
+        writer.add(std::move(j));
+    }
+}
+
+class ContigWriter : public ::testing::TestWithParam<bool> {};
+
+TEST_P(ContigWriter, RecordsFetchedAheadGiveTheBytesOfAOneThreadRun) {
+    const bool flowgram = GetParam();
+    const writer_fixture w = make_fixture();
+    const auto dir = w.sff.parent_path();
+    write_on_one_thread(w, flowgram, dir);
+    {
+        opened_sff in(w.sff);
+        output_file reads_out((dir / "two.reads").string());
+        output_file index_out((dir / "two.qdx").string());
+        contig_writer writer(in.sff, reads_out, index_out, flowgram, 0);  // always behind: fetch everything ahead
+        hand_over(writer, w, in.index);
+        writer.finish();
+        EXPECT_EQ(writer.reads_written(), 3001u);
+        EXPECT_EQ(writer.reads_fetched_ahead(), 3001u - (2500u - 2048u)) << "a contig's fetching ahead is bounded";
+    }
+    EXPECT_EQ(test::read_file(dir / "two.reads"), test::read_file(dir / "one.reads"));
+    EXPECT_EQ(test::read_file(dir / "two.qdx"), test::read_file(dir / "one.qdx"));
+    EXPECT_GT(test::read_file(dir / "one.reads").size(), 100000u);
+}
+
+TEST_P(ContigWriter, WithoutFetchingAheadTheBytesAreTheSame) {
+    const bool flowgram = GetParam();
+    const writer_fixture w = make_fixture();
+    const auto dir = w.sff.parent_path();
+    write_on_one_thread(w, flowgram, dir);
+    {
+        opened_sff in(w.sff);
+        output_file reads_out((dir / "two.reads").string());
+        output_file index_out((dir / "two.qdx").string());
+        contig_writer writer(in.sff, reads_out, index_out, flowgram, std::size_t{1} << 40);  // never behind
+        hand_over(writer, w, in.index);
+        writer.finish();
+        EXPECT_EQ(writer.reads_fetched_ahead(), 0u);
+    }
+    EXPECT_EQ(test::read_file(dir / "two.reads"), test::read_file(dir / "one.reads"));
+    EXPECT_EQ(test::read_file(dir / "two.qdx"), test::read_file(dir / "one.qdx"));
+}
+
+TEST_P(ContigWriter, EndingTheProcessWritesEveryContigHandedOverFirst) {
+    const bool flowgram = GetParam();
+    const writer_fixture w = make_fixture();
+    const auto dir = w.sff.parent_path();
+    write_on_one_thread(w, flowgram, dir);
+    // What the files hold when the process would end, before any destructor runs.
+    std::string reads_at_end;
+    std::string index_at_end;
+    int status = -1;
+    const end_process_hook previous = set_end_process_hook([&](int s) {
+        status = s;
+        reads_at_end = test::read_file(dir / "two.reads");
+        index_at_end = test::read_file(dir / "two.qdx");
+        throw s;
+    });
+    try {
+        opened_sff in(w.sff);
+        output_file reads_out((dir / "two.reads").string());
+        output_file index_out((dir / "two.qdx").string());
+        contig_writer writer(in.sff, reads_out, index_out, flowgram, 0);
+        hand_over(writer, w, in.index);
+        end_process(1);  // as a bad line of the assembly does, with contigs still queued
+    } catch (int) {
+    }
+    set_end_process_hook(previous);
+    EXPECT_EQ(status, 1);
+    EXPECT_EQ(reads_at_end, test::read_file(dir / "one.reads"));
+    EXPECT_EQ(index_at_end, test::read_file(dir / "one.qdx"));
+}
+
+INSTANTIATE_TEST_SUITE_P(WithAndWithoutFlowgram, ContigWriter, ::testing::Bool());
+
+}  // namespace
+}  // namespace pelkrin
