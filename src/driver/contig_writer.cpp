@@ -79,6 +79,8 @@ void contig_writer::finish() {
 }
 
 void contig_writer::work() {
+    reads_out_.empty_now();
+    index_out_.empty_now();
     while (true) {
         job j;
         {

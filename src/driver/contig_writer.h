@@ -44,8 +44,9 @@ public:
     // The writer counts as behind while this many reads wait for it.
     static constexpr std::size_t default_behind_at = 512;
 
-    // Uses `sff`, `reads_out` and `index_out` from its own thread until finish():
-    // the caller must leave them alone until then.
+    // Uses `reads_out` and `index_out` from its own thread until finish(), first
+    // emptying them if they were opened to be emptied later; the caller must
+    // leave them alone until then. Uses `sff` from the first add() on.
     contig_writer(reader& sff, output_file& reads_out, output_file& index_out, bool flowgram,
                   std::size_t behind_at = default_behind_at);
     ~contig_writer();

@@ -17,14 +17,25 @@ namespace pelkrin {
 
 class output_file : public flushable {
 public:
-    // Creates the file, or empties it when it exists.
-    explicit output_file(const std::string& path);
+    // When a file that exists is emptied: on opening, or by empty_now() before
+    // the first write. Emptying a large file left by an earlier run takes a
+    // while, which another thread can spend.
+    enum class emptying { on_open, later };
+
+    // Creates the file, or opens it to be emptied when it exists.
+    explicit output_file(const std::string& path, emptying when = emptying::on_open);
     ~output_file();
     output_file(const output_file&) = delete;
     output_file& operator=(const output_file&) = delete;
 
     // True when the file could not be opened, or a write to it has failed.
     bool failed() const { return failed_; }
+
+    // Empties a file opened with emptying::later, once; closing and ending the
+    // process do it too, so the file never keeps what it held before.
+    void empty_now();
+    // True when `path` names the file this one writes to.
+    bool same_file_as(const std::string& path) const;
 
     void write(std::string_view text) {
         if (buf_.size() - used_ < text.size()) make_room(text.size());
@@ -70,7 +81,10 @@ public:
     // stream has failed or the file cannot report positions.
     std::int64_t tellp() const;
     void close();
-    void flush_before_exit() override { flush(); }
+    void flush_before_exit() override {
+        empty_now();
+        flush();
+    }
 
 private:
     static constexpr std::size_t max_number_chars = 24;
@@ -85,6 +99,7 @@ private:
     std::int64_t flushed_ = 0;
     bool seekable_ = false;
     bool failed_ = false;
+    bool to_empty_ = false;
 };
 
 }  // namespace pelkrin

@@ -1,7 +1,9 @@
 #include "driver/run.h"
 
 #include <iostream>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "ace/ace_reader.h"
 #include "common/end_process.h"
@@ -36,26 +38,33 @@ int run(const run_request& request) {
     sff.get_header();
     aceReader ace(request.ace_file);
 
-    output_file reads_out(request.reads_file);
-    output_file index_out(request.index_file);
+    // Emptied on the writer's thread while this one builds the read index,
+    // unless an output is also an input: that one is emptied now, as opening it would.
+    output_file reads_out(request.reads_file, output_file::emptying::later);
+    output_file index_out(request.index_file, output_file::emptying::later);
     check_opened(reads_out, request.reads_file);
     check_opened(index_out, request.index_file);
+    for (output_file* out : {&reads_out, &index_out}) {
+        if (out->same_file_as(request.ace_file) || out->same_file_as(request.sff_file)) out->empty_now();
+    }
+
+    // Parsing and look-ups on this thread; decoding and writing on the writer's.
+    // The writer leaves the SFF reader alone until it gets its first contig.
+    contig_writer writer(sff, reads_out, index_out, request.flowgram);
 
     // The only pass over all of the SFF file's records; after it, records are read by seeking.
     read_index index;
     sff.build_read_index(index);
 
-    // Parsing and look-ups here; decoding and writing on the writer's thread.
-    // The reader is the writer's from here on.
-    contig_writer writer(sff, reads_out, index_out, request.flowgram);
+    std::vector<std::string_view> names;
     while (true) {
         contig_writer::job j;
         if (!ace.next_contig(j.c)) break;
-        // All of the contig's look-ups at once: independent of each other, their
-        // cache misses overlap. A name the SFF file lacks is decoded from offset
-        // 0, the index's default.
-        j.positions.reserve(j.c.reads.size());
-        for (const auto& entry : j.c.reads) j.positions.push_back(index.position_of(entry.first));
+        // A name the SFF file lacks is decoded from offset 0, the index's default.
+        names.clear();
+        for (const auto& entry : j.c.reads) names.push_back(entry.first);
+        j.positions.resize(names.size());
+        index.positions_of(names, j.positions);
         writer.add(std::move(j));
     }
     writer.finish();

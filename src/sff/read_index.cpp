@@ -82,15 +82,15 @@ void read_index::build_slots() const {
     slots_current_ = true;
 }
 
-std::int64_t read_index::position_of(std::string_view name) const {
+bool read_index::slots_ready() const {
     // More entries than 32-bit slots can name cannot come from a file walk; search instead.
-    if (entries_.size() >= std::numeric_limits<std::uint32_t>::max() / 2) {
-        const value_type* e = find(std::string(name));
-        return e != nullptr ? e->second : 0;
-    }
+    if (entries_.size() >= std::numeric_limits<std::uint32_t>::max() / 2) return false;
     if (!slots_current_) build_slots();
+    return true;
+}
+
+std::int64_t read_index::probe(std::string_view name, std::size_t hash) const {
     const std::size_t mask = slots_.size() - 1;
-    const std::size_t hash = std::hash<std::string_view>{}(name);
     const std::uint32_t tag = tag_of(hash);
     for (std::size_t s = hash & mask; slots_[s].entry != 0; s = (s + 1) & mask) {
         if (slots_[s].tag != tag) continue;
@@ -98,6 +98,37 @@ std::int64_t read_index::position_of(std::string_view name) const {
         if (e.first == name) return e.second;
     }
     return 0;
+}
+
+std::int64_t read_index::position_of(std::string_view name) const {
+    if (!slots_ready()) {
+        const value_type* e = find(std::string(name));
+        return e != nullptr ? e->second : 0;
+    }
+    return probe(name, std::hash<std::string_view>{}(name));
+}
+
+void read_index::positions_of(std::span<const std::string_view> names, std::span<std::int64_t> out) const {
+    if (!slots_ready()) {
+        for (std::size_t i = 0; i < names.size(); ++i) out[i] = position_of(names[i]);
+        return;
+    }
+    constexpr std::size_t batch = 16;
+    const std::size_t mask = slots_.size() - 1;
+    std::size_t hashes[batch];
+    for (std::size_t first = 0; first < names.size(); first += batch) {
+        const std::size_t n = std::min(batch, names.size() - first);
+        // Ask for every name's first slot, then for the entry it names, then probe.
+        for (std::size_t k = 0; k < n; ++k) {
+            hashes[k] = std::hash<std::string_view>{}(names[first + k]);
+            __builtin_prefetch(&slots_[hashes[k] & mask]);
+        }
+        for (std::size_t k = 0; k < n; ++k) {
+            const slot& s = slots_[hashes[k] & mask];
+            if (s.entry != 0) __builtin_prefetch(&entries_[s.entry - 1]);
+        }
+        for (std::size_t k = 0; k < n; ++k) out[first + k] = probe(names[first + k], hashes[k]);
+    }
 }
 
 std::int64_t read_index::at(const std::string& name) const {

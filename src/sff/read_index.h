@@ -6,6 +6,7 @@
 // array slots built over the array as it stands, since with millions of reads
 // every step of a tree or a binary search misses the cache.
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -27,6 +28,9 @@ public:
     // What the subscript gives, without making an entry: the position of `name`,
     // or 0 when there is none.
     std::int64_t position_of(std::string_view name) const;
+    // position_of for many names, out[i] for names[i]: the memory each look-up
+    // needs is asked for ahead, so that their cache misses overlap.
+    void positions_of(std::span<const std::string_view> names, std::span<std::int64_t> out) const;
     // The entry of `name`; throws std::out_of_range when there is none.
     std::int64_t at(const std::string& name) const;
     std::size_t count(const std::string& name) const;
@@ -49,6 +53,9 @@ private:
     std::vector<value_type>::iterator lower(const std::string& name) const;
     const value_type* find(const std::string& name) const;
     void build_slots() const;
+    // The slot where a probe for `hash` starts; false when the index must be searched instead.
+    bool slots_ready() const;
+    std::int64_t probe(std::string_view name, std::size_t hash) const;
 
     mutable std::vector<value_type> entries_;
     mutable std::size_t sorted_ = 0;  // entries_[0, sorted_) are sorted and unique

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace pelkrin {
 namespace {
@@ -87,6 +90,27 @@ TEST(ReadIndex, PositionOfTakesTheLastSettingWithoutSorting) {
     index["a"] = 8;  // an existing entry changed in place
     EXPECT_EQ(index.position_of("a"), 8);
     EXPECT_EQ(index.size(), 2u);
+}
+
+TEST(ReadIndex, PositionsOfManyNamesAnswerAsOneByOne) {
+    read_index index;
+    for (int i = 0; i < 3000; ++i) index.set("read" + std::to_string(i * 3), i + 1);
+    index.set("read0", 777);  // set again: the later setting wins here too
+    std::vector<std::string> names;
+    for (int i = 0; i < 1000; ++i) names.push_back("read" + std::to_string(i * 7 % 4000));
+    names.push_back("");
+    names.push_back("read0");
+    const std::vector<std::string_view> views(names.begin(), names.end());
+    std::vector<std::int64_t> positions(views.size(), -5);
+    index.positions_of(views, positions);
+    std::size_t found = 0;
+    for (std::size_t i = 0; i < views.size(); ++i) {
+        ASSERT_EQ(positions[i], index.position_of(views[i])) << views[i];
+        found += positions[i] != 0;
+    }
+    EXPECT_EQ(positions.back(), 777);
+    EXPECT_GT(found, 300u);  // a third of the names are multiples of 3
+    EXPECT_LT(found, views.size() - 100) << "some names are missing and give 0";
 }
 
 TEST(ReadIndex, AtOfAMissingNameThrows) {
