@@ -9,7 +9,7 @@ namespace pelkrin {
 namespace {
 
 // Reads queued before add() waits: a few contigs of a typical assembly.
-constexpr std::size_t most_queued_reads = 4096;
+constexpr std::size_t most_queued_reads = 6144;
 // Records fetched ahead for one contig: bounds the memory a huge contig takes.
 constexpr std::size_t most_fetched_per_contig = 2048;
 
