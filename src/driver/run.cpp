@@ -45,7 +45,11 @@ int run(const run_request& request) {
     check_opened(reads_out, request.reads_file);
     check_opened(index_out, request.index_file);
     for (output_file* out : {&reads_out, &index_out}) {
-        if (out->same_file_as(request.ace_file) || out->same_file_as(request.sff_file)) out->empty_now();
+        if (out->same_file_as(request.ace_file)) out->empty_now();
+        if (out->same_file_as(request.sff_file)) {
+            out->empty_now();
+            sff.sff_file.file_changed();  // its mapping must not be read past the new end
+        }
     }
 
     // Parsing and look-ups on this thread; decoding and writing on the writer's.

@@ -81,6 +81,15 @@ void binary_input::use_block(std::int64_t pos, std::span<const unsigned char> by
     fetched_ += bytes.size();
 }
 
+void binary_input::file_changed() {
+    unmap();
+    struct stat st {};
+    size_ = (fd_ >= 0 && ::fstat(fd_, &st) == 0 && S_ISREG(st.st_mode)) ? static_cast<std::int64_t>(st.st_size) : -1;
+    kept_from_ = kept_to_ = 0;
+    data_ = buf_.data();
+    buf_len_ = 0;
+}
+
 void binary_input::drop_block() {
     if (data_ == buf_.data()) return;
     data_ = buf_.data();

@@ -73,6 +73,10 @@ public:
     void use_block(std::int64_t pos, std::span<const unsigned char> bytes);
     // Forgets a block given by use_block, if it is still the current one.
     void drop_block();
+    // The file was changed under the stream (this process emptied it): forgets
+    // the mapping and the buffered bytes and takes the file's size again, so
+    // that reading meets the file as it is now. The state flags stay.
+    void file_changed();
     // On: reads come from the memory mapping, if the file could be mapped.
     void set_forward_walk(bool on) { walk_ = on; }
     // Bytes fetched from the file so far: copied out of the mapping, or read.

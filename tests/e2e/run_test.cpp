@@ -169,6 +169,58 @@ TEST(RunEdge, ExistingOutputFilesAreEmptiedFirst) {
     EXPECT_EQ(read_file(files.dir / "asm.qdx"), "");
 }
 
+const std::string worked_example_reads =
+    ">Contig1\t2\t1\nreadA\t1\n35\t35\t33\t33\t30\nreadB\t1\n40\t38\t38\n>Contig2\t1\t1\nreadC\t1\n32\t31\n";
+const std::string worked_example_index = "Contig1\t13\t2\t1\nContig2\t66\t1\t1\n";
+
+TEST(RunEdge, LongerOldOutputsLeaveNothingBehind) {
+    auto files = write_inputs(worked_example_ace(), build_sff(worked_example_sff()).bytes);
+    write_file(files.dir / "asm.reads", std::string(300000, 'x'));
+    write_file(files.dir / "asm.qdx", std::string(300000, 'y'));
+    auto r = run_pelkrin(files);
+    ASSERT_EQ(r.status, 0);
+    EXPECT_EQ(read_file(files.dir / "asm.reads"), worked_example_reads);
+    EXPECT_EQ(read_file(files.dir / "asm.qdx"), worked_example_index);
+}
+
+TEST(RunEdge, AceFileThatIsAlsoTheReadsOutput) {
+    // "asm.reads" keeps the prefix "asm": the reads file is the assembly itself.
+    // It is emptied on opening, after the reader has taken in this small file.
+    auto files = write_inputs(worked_example_ace(), build_sff(worked_example_sff()).bytes);
+    std::filesystem::rename(files.dir / files.ace, files.dir / "asm.reads");
+    files.ace = "asm.reads";
+    auto r = run_pelkrin(files);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.err, "");
+    EXPECT_EQ(read_file(files.dir / "asm.reads"), worked_example_reads);
+    EXPECT_EQ(read_file(files.dir / "asm.qdx"), worked_example_index);
+}
+
+TEST(RunEdge, SffFileThatIsAlsoTheReadsOutputReadsAsEmpty) {
+    // Emptying the reads file empties the SFF file under the reader: the index
+    // walk meets the end of the file, every read is decoded from nothing, and
+    // nothing crashes on the memory that mapped the old file.
+    auto files = write_inputs(worked_example_ace(), build_sff(worked_example_sff()).bytes);
+    std::filesystem::rename(files.dir / files.sff, files.dir / "asm.reads");
+    files.sff = "asm.reads";
+    auto r = run_pelkrin(files);
+    EXPECT_EQ(r.status, 0);
+    // The walk finds neither the common header's first 31 bytes nor a read header.
+    EXPECT_EQ(r.out, "Only got 0 bytes while 31 is need\nOnly got 0 bytes while 16 is need\n" + completion);
+    EXPECT_EQ(r.err, "Error ocurred while reading file asm.reads\nError ocurred while reading file asm.reads\n");
+    EXPECT_EQ(read_file(files.dir / "asm.reads"),
+              ">Contig1\t2\t1\nreadA\t1\n\nreadB\t1\n\n>Contig2\t1\t1\nreadC\t1\n\n");
+}
+
+TEST(RunEdge, UnwritableIndexFileStillEmptiesAnOldReadsFile) {
+    auto files = write_inputs(worked_example_ace(), build_sff(worked_example_sff()).bytes);
+    write_file(files.dir / "asm.reads", "old contents\n");
+    std::filesystem::create_directory(files.dir / "asm.qdx");
+    auto r = run_pelkrin(files);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(read_file(files.dir / "asm.reads"), "");
+}
+
 TEST(RunEdge, UnwritableReadsFileEndsBeforeTheIndexIsBuilt) {
     // The SFF file claims more reads than it holds: had the index walk run, it
     // would have reported a short read on standard output.

@@ -210,6 +210,24 @@ TEST(BinaryInputRandom, ABlockFetchedAheadReadsLikeTheStreamsOwn) {
     }
 }
 
+TEST(BinaryInputWalk, AFileEmptiedUnderTheStreamReadsAsEnded) {
+    const auto path = test::scratch_dir() / "in.bin";
+    test::write_file(path, numbered_bytes(100000));
+    binary_input in;
+    ASSERT_TRUE(in.open(path.string()));
+    in.set_forward_walk(true);
+    ASSERT_TRUE(in.mapped());
+    test::write_file(path, "");  // reading the old mapping now would end the process
+    in.file_changed();
+    EXPECT_FALSE(in.mapped());
+    EXPECT_EQ(in.size(), 0);
+    in.seekg(50000);
+    char c = 0;
+    in.read(&c, 1);
+    EXPECT_EQ(in.gcount(), 0u);
+    EXPECT_TRUE(in.eof());
+}
+
 TEST(BinaryInputRandom, MissingFileDoesNotOpen) {
     binary_input in;
     EXPECT_FALSE(in.open((test::scratch_dir() / "none.bin").string()));
