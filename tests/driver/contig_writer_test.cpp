@@ -104,44 +104,49 @@ void hand_over(contig_writer& writer, const writer_fixture& w, const read_index&
     }
 }
 
+struct writer_counts {
+    std::uint64_t written = 0;
+    std::uint64_t fetched_ahead = 0;
+};
+
+// The same through a contig_writer, into two.reads and two.qdx.
+writer_counts write_on_two_threads(const writer_fixture& w, bool flowgram, const std::filesystem::path& dir,
+                                   std::size_t behind_at) {
+    opened_sff in(w.sff);
+    output_file reads_out((dir / "two.reads").string());
+    output_file index_out((dir / "two.qdx").string());
+    contig_writer writer(in.sff, reads_out, index_out, flowgram, behind_at);
+    hand_over(writer, w, in.index);
+    writer.finish();
+    return {writer.reads_written(), writer.reads_fetched_ahead()};
+}
+
+void expect_same_outputs(const std::filesystem::path& dir) {
+    EXPECT_EQ(test::read_file(dir / "two.reads"), test::read_file(dir / "one.reads"));
+    EXPECT_EQ(test::read_file(dir / "two.qdx"), test::read_file(dir / "one.qdx"));
+}
+
 class ContigWriter : public ::testing::TestWithParam<bool> {};
 
 TEST_P(ContigWriter, RecordsFetchedAheadGiveTheBytesOfAOneThreadRun) {
-    const bool flowgram = GetParam();
     const writer_fixture w = make_fixture();
     const auto dir = w.sff.parent_path();
-    write_on_one_thread(w, flowgram, dir);
-    {
-        opened_sff in(w.sff);
-        output_file reads_out((dir / "two.reads").string());
-        output_file index_out((dir / "two.qdx").string());
-        contig_writer writer(in.sff, reads_out, index_out, flowgram, 0);  // always behind: fetch everything ahead
-        hand_over(writer, w, in.index);
-        writer.finish();
-        EXPECT_EQ(writer.reads_written(), 3001u);
-        EXPECT_EQ(writer.reads_fetched_ahead(), 3001u - (2500u - 2048u)) << "a contig's fetching ahead is bounded";
-    }
-    EXPECT_EQ(test::read_file(dir / "two.reads"), test::read_file(dir / "one.reads"));
-    EXPECT_EQ(test::read_file(dir / "two.qdx"), test::read_file(dir / "one.qdx"));
+    write_on_one_thread(w, GetParam(), dir);
+    const writer_counts counts = write_on_two_threads(w, GetParam(), dir, 0);  // always behind: fetch everything ahead
+    EXPECT_EQ(counts.written, 3001u);
+    EXPECT_EQ(counts.fetched_ahead, 3001u - (2500u - 2048u)) << "a contig's fetching ahead is bounded";
+    expect_same_outputs(dir);
     EXPECT_GT(test::read_file(dir / "one.reads").size(), 100000u);
 }
 
 TEST_P(ContigWriter, WithoutFetchingAheadTheBytesAreTheSame) {
-    const bool flowgram = GetParam();
     const writer_fixture w = make_fixture();
     const auto dir = w.sff.parent_path();
-    write_on_one_thread(w, flowgram, dir);
-    {
-        opened_sff in(w.sff);
-        output_file reads_out((dir / "two.reads").string());
-        output_file index_out((dir / "two.qdx").string());
-        contig_writer writer(in.sff, reads_out, index_out, flowgram, std::size_t{1} << 40);  // never behind
-        hand_over(writer, w, in.index);
-        writer.finish();
-        EXPECT_EQ(writer.reads_fetched_ahead(), 0u);
-    }
-    EXPECT_EQ(test::read_file(dir / "two.reads"), test::read_file(dir / "one.reads"));
-    EXPECT_EQ(test::read_file(dir / "two.qdx"), test::read_file(dir / "one.qdx"));
+    write_on_one_thread(w, GetParam(), dir);
+    const writer_counts counts = write_on_two_threads(w, GetParam(), dir, std::size_t{1} << 40);  // never behind
+    EXPECT_EQ(counts.written, 3001u);
+    EXPECT_EQ(counts.fetched_ahead, 0u);
+    expect_same_outputs(dir);
 }
 
 TEST_P(ContigWriter, EndingTheProcessWritesEveryContigHandedOverFirst) {
