@@ -8,15 +8,33 @@
 namespace pelkrin {
 namespace {
 
-// Reads queued before add() waits: a few contigs of a typical assembly.
-constexpr std::size_t most_queued_reads = 6144;
-// Records fetched ahead for one contig: bounds the memory a huge contig takes.
+// Reads queued before add() waits: at a few dozen bytes a read, some megabytes.
+constexpr std::size_t most_queued_reads = std::size_t{1} << 18;
+// Records fetched ahead and not yet written, about 3.7 KB each with 800 flows.
+constexpr std::size_t most_fetched_reads = 6144;
+// Records fetched ahead for one contig: bounds what a huge contig takes.
 constexpr std::size_t most_fetched_per_contig = 2048;
 
 }  // namespace
 
+contig_writer::job contig_writer::job::of(const contig& c) {
+    job j;
+    j.contig_name = c.name;
+    j.name_ends.reserve(c.reads.size());
+    for (const auto& entry : c.reads) {
+        j.names += entry.first;
+        j.name_ends.push_back(static_cast<std::uint32_t>(j.names.size()));
+    }
+    return j;
+}
+
+std::string_view contig_writer::job::name(std::size_t i) const {
+    const std::size_t begin = i == 0 ? 0 : name_ends[i - 1];
+    return std::string_view(names).substr(begin, name_ends[i] - begin);
+}
+
 contig_writer::contig_writer(reader& sff, output_file& reads_out, output_file& index_out, bool flowgram,
-                             std::size_t behind_at)
+                             std::size_t behind_at, bool start_now)
     : sff_(sff),
       reads_out_(reads_out),
       index_out_(index_out),
@@ -24,14 +42,17 @@ contig_writer::contig_writer(reader& sff, output_file& reads_out, output_file& i
       block_size_(sff.record_block()),
       behind_at_(behind_at) {
     register_flushable(this);
-    thread_ = std::thread([this] { work(); });
+    if (start_now) start();
+}
+
+void contig_writer::start() {
+    if (!thread_.joinable() && !finished_) thread_ = std::thread([this] { work(); });
 }
 
 contig_writer::~contig_writer() { finish(); }
 
-void contig_writer::fetch_ahead(job& j) {
-    const std::size_t n = std::min(j.positions.size(), most_fetched_per_contig);
-    if (!spare_blocks_.empty() && j.blocks.capacity() == 0) {
+void contig_writer::fetch_ahead(job& j, std::size_t n) {
+    if (!spare_blocks_.empty()) {
         j.blocks.swap(spare_blocks_.back());
         spare_blocks_.pop_back();
     }
@@ -44,37 +65,70 @@ void contig_writer::fetch_ahead(job& j) {
 }
 
 void contig_writer::add(job&& j) {
-    const std::size_t n = j.c.reads.size();
-    bool behind;
-    {
-        std::lock_guard lock(mutex_);
-        behind = queued_reads_ >= behind_at_;
-    }
-    if (behind) fetch_ahead(j);
-    std::vector<job> written;
     {
         std::unique_lock lock(mutex_);
-        changed_.wait(lock, [&] { return queue_.empty() || queued_reads_ + n <= most_queued_reads; });
-        queue_.push_back(std::move(j));
-        queued_reads_ += n;
-        written.swap(done_);
+        changed_.wait(lock, [&] { return queue_.empty() || queued_reads_ + j.reads() <= most_queued_reads; });
+        queued_reads_ += j.reads();
+        queue_.push_back(queued{std::move(j)});
     }
     changed_.notify_all();
-    // Written contigs are freed here, on this thread; their blocks are kept for reuse.
-    for (job& w : written) {
-        if (w.blocks.capacity() != 0 && spare_blocks_.size() < 4) spare_blocks_.push_back(std::move(w.blocks));
+    help();
+}
+
+bool contig_writer::help() { return help_once(false); }
+
+bool contig_writer::help_once(bool wait_for_room) {
+    queued* target = nullptr;
+    std::size_t n = 0;
+    std::vector<std::vector<unsigned char>> returned;
+    {
+        std::unique_lock lock(mutex_);
+        while (true) {
+            for (auto& blocks : done_blocks_) returned.push_back(std::move(blocks));
+            done_blocks_.clear();
+            if (queued_reads_ < behind_at_) return false;
+            // Never the first: the writer may be about to take it.
+            const auto candidate = std::find_if(queue_.begin() + std::min<std::size_t>(1, queue_.size()), queue_.end(),
+                                                [](const queued& q) { return q.state == fetch_state::none; });
+            if (candidate == queue_.end()) return false;
+            n = std::min(candidate->j.reads(), most_fetched_per_contig);
+            if (fetched_reads_ + n <= most_fetched_reads) {
+                candidate->state = fetch_state::fetching;
+                target = &*candidate;  // stays put: the writer only takes from the front, and waits for it
+                break;
+            }
+            if (!wait_for_room) return false;
+            changed_.wait(lock);  // the writer finishes a contig and gives its records' room back
+        }
+        fetched_reads_ += n;
     }
+    for (auto& blocks : returned) {
+        // Kept for reuse unless large (blocks of a huge contig).
+        if (spare_blocks_.size() < 16 && blocks.capacity() <= (std::size_t{1} << 19)) {
+            spare_blocks_.push_back(std::move(blocks));
+        }
+    }
+    fetch_ahead(target->j, n);
+    {
+        std::lock_guard lock(mutex_);
+        target->state = fetch_state::done;
+    }
+    changed_.notify_all();
+    return true;
 }
 
 void contig_writer::finish() {
-    if (!thread_.joinable()) return;
+    if (finished_) return;
+    while (help_once(true)) {
+    }
+    start();
     {
         std::lock_guard lock(mutex_);
         closing_ = true;
     }
     changed_.notify_all();
     thread_.join();
-    done_.clear();
+    finished_ = true;
     unregister_flushable(this);
 }
 
@@ -85,38 +139,42 @@ void contig_writer::work() {
         job j;
         {
             std::unique_lock lock(mutex_);
-            changed_.wait(lock, [&] { return !queue_.empty() || closing_; });
+            changed_.wait(lock, [&] {
+                return (!queue_.empty() && queue_.front().state != fetch_state::fetching) || (closing_ && queue_.empty());
+            });
             if (queue_.empty()) return;  // closing, and everything is written
-            j = std::move(queue_.front());
+            j = std::move(queue_.front().j);
             queue_.pop_front();
-            queued_reads_ -= j.c.reads.size();
+            queued_reads_ -= j.reads();
         }
         changed_.notify_all();
         write(j);
-        std::lock_guard lock(mutex_);
-        written_ += j.c.reads.size();
-        fetched_ahead_ += j.block_lengths.size();
-        done_.push_back(std::move(j));
+        {
+            std::lock_guard lock(mutex_);
+            written_ += j.reads();
+            fetched_ahead_ += j.block_lengths.size();
+            fetched_reads_ -= j.block_lengths.size();
+            if (j.blocks.capacity() != 0) done_blocks_.push_back(std::move(j.blocks));
+        }
+        changed_.notify_all();
     }
 }
 
 void contig_writer::write(job& j) {
     const std::int32_t linesPerRead = flowgram_ ? 3 : 1;
-    write_contig_header(reads_out_, index_out_, j.c, linesPerRead);
-    std::size_t i = 0;
-    for (const auto& entry : j.c.reads) {
+    write_contig_header(reads_out_, index_out_, j.contig_name, j.reads(), linesPerRead);
+    for (std::size_t i = 0; i < j.reads(); ++i) {
         const std::int64_t position = j.positions[i];
         if (i < j.block_lengths.size()) {
             sff_.sff_file.use_block(position, {j.blocks.data() + i * block_size_, j.block_lengths[i]});
         }
-        ++i;
         // Emptied, not rebuilt: its storage is reused from read to read.
         decoded_.name.clear();
         decoded_.bases.clear();
         decoded_.quals.clear();
         decoded_.flowIdx.clear();
         sff_.get_read(position, decoded_);
-        write_read_entry(reads_out_, entry.first, decoded_, sff_.cur_read, flowgram_);
+        write_read_entry(reads_out_, j.name(i), decoded_, sff_.cur_read, flowgram_);
     }
     sff_.sff_file.drop_block();  // the blocks go back with the job
 }

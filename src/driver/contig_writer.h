@@ -4,10 +4,12 @@
 // caller; decoding each read from the SFF file and writing its entry happen
 // here, so the two halves of the job run side by side.
 //
+// A queued contig is only what its entries need (its name, its reads' names
+// and positions), a few dozen bytes a read, so parsing can run far ahead.
 // Each read costs one positioned read of the SFF file (the reads lie anywhere
-// in it), the largest part of the writer's work. When the writer falls behind,
-// the caller's thread, which would otherwise wait, fetches the records of the
-// contigs it queues ahead of time, so the work evens out over both threads.
+// in it), the largest part of the writer's work. While the writer is behind,
+// the caller's thread fetches the records of queued contigs ahead (help()),
+// so that the work evens out over both threads.
 //
 // Nothing here prints or ends the process. When the process ends early (a bad
 // line in the assembly), finish() runs first through end_process and writes
@@ -18,6 +20,8 @@
 #include <cstdint>
 #include <deque>
 #include <mutex>
+#include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -31,14 +35,21 @@ namespace pelkrin {
 
 class contig_writer : public flushable {
 public:
-    // A contig with the SFF position of each of its reads, in the order of contig::reads.
+    // What the output files need of a contig.
     struct job {
-        contig c;
-        std::vector<std::int64_t> positions;
+        std::string contig_name;
+        std::string names;                     // the reads' names one after another, in contig::reads order
+        std::vector<std::uint32_t> name_ends;  // where each name ends in `names`
+        std::vector<std::int64_t> positions;   // each read's SFF position, filled by the caller
         // The records of the first reads, fetched ahead: block_lengths.size()
         // blocks of the reader's record_block() bytes, each holding what came.
         std::vector<unsigned char> blocks;
         std::vector<std::uint32_t> block_lengths;
+
+        // The contig's name and reads' names; positions left to the caller.
+        static job of(const contig& c);
+        std::size_t reads() const { return name_ends.size(); }
+        std::string_view name(std::size_t i) const;
     };
 
     // The writer counts as behind while this many reads wait for it.
@@ -47,17 +58,24 @@ public:
     // Uses `reads_out` and `index_out` from its own thread until finish(), first
     // emptying them if they were opened to be emptied later; the caller must
     // leave them alone until then. Uses `sff` from the first add() on.
+    // The thread starts at once unless `start_now` is false; then start() or
+    // finish() starts it (tests use this to fill the queue first).
     contig_writer(reader& sff, output_file& reads_out, output_file& index_out, bool flowgram,
-                  std::size_t behind_at = default_behind_at);
+                  std::size_t behind_at = default_behind_at, bool start_now = true);
     ~contig_writer();
     contig_writer(const contig_writer&) = delete;
     contig_writer& operator=(const contig_writer&) = delete;
 
-    // Queues a contig, first fetching its records when the writer is behind;
-    // waits while the queue already holds many reads, so that memory stays
-    // bounded however far parsing runs ahead.
+    void start();
+    // Queues a contig, then helps once; waits while the queue already holds
+    // very many reads, so that memory stays bounded.
     void add(job&& j);
-    // Writes everything queued, then stops the thread. Safe to call more than once.
+    // Fetches ahead the records of one queued contig the writer has not reached,
+    // if it is behind and the memory for fetched records allows; false when
+    // there was nothing to do.
+    bool help();
+    // Helps while there is work, writes everything queued, then stops the
+    // thread. Safe to call more than once.
     void finish();
     void flush_before_exit() override { finish(); }
 
@@ -66,7 +84,14 @@ public:
     std::uint64_t reads_written() const { return written_; }
 
 private:
-    void fetch_ahead(job& j);
+    enum class fetch_state { none, fetching, done };
+    struct queued {
+        job j;
+        fetch_state state = fetch_state::none;
+    };
+
+    bool help_once(bool wait_for_room);
+    void fetch_ahead(job& j, std::size_t n);
     void work();
     void write(job& j);
 
@@ -81,12 +106,14 @@ private:
 
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::deque<job> queue_;
+    std::deque<queued> queue_;
     std::size_t queued_reads_ = 0;
+    std::size_t fetched_reads_ = 0;  // records fetched ahead, or being fetched, and not yet written
     bool closing_ = false;
-    std::vector<job> done_;  // written contigs, freed by the caller's thread, which has time to spare
+    std::vector<std::vector<unsigned char>> done_blocks_;  // blocks of written contigs, back to the caller
     std::uint64_t fetched_ahead_ = 0;
     std::uint64_t written_ = 0;
+    bool finished_ = false;
     std::thread thread_;
 };
 

@@ -5,16 +5,20 @@
 namespace pelkrin {
 
 void write_contig_header(output_file& reads_out, output_file& index_out, const contig& c, std::int32_t linesPerRead) {
-    const std::size_t count = c.reads.size();
+    write_contig_header(reads_out, index_out, c.name, c.reads.size(), linesPerRead);
+}
+
+void write_contig_header(output_file& reads_out, output_file& index_out, std::string_view name, std::size_t count,
+                         std::int32_t linesPerRead) {
     reads_out.put('>');
-    reads_out.write(c.name);
+    reads_out.write(name);
     reads_out.put('\t');
     reads_out.number(count);
     reads_out.put('\t');
     reads_out.number(linesPerRead);
     reads_out.put('\n');
 
-    index_out.write(c.name);
+    index_out.write(name);
     index_out.put('\t');
     index_out.number(reads_out.tellp());
     index_out.put('\t');
@@ -24,7 +28,7 @@ void write_contig_header(output_file& reads_out, output_file& index_out, const c
     index_out.put('\n');
 }
 
-void write_read_entry(output_file& reads_out, const std::string& name, const seqRead& read, const sff_read& record,
+void write_read_entry(output_file& reads_out, std::string_view name, const seqRead& read, const sff_read& record,
                       bool flowgram) {
     reads_out.write(name);
     reads_out.write("\t1\n");

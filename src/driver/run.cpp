@@ -62,11 +62,12 @@ int run(const run_request& request) {
 
     std::vector<std::string_view> names;
     while (true) {
-        contig_writer::job j;
-        if (!ace.next_contig(j.c)) break;
+        contig c;
+        if (!ace.next_contig(c)) break;
+        contig_writer::job j = contig_writer::job::of(c);
         // A name the SFF file lacks is decoded from offset 0, the index's default.
         names.clear();
-        for (const auto& entry : j.c.reads) names.push_back(entry.first);
+        for (std::size_t i = 0; i < j.reads(); ++i) names.push_back(j.name(i));
         j.positions.resize(names.size());
         index.positions_of(names, j.positions);
         writer.add(std::move(j));

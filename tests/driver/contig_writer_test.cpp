@@ -56,7 +56,7 @@ writer_fixture make_fixture() {
     std::vector<int> order;  // every read once, by a stride through the file
     for (int i = 0; i < n; ++i) order.push_back(i * 1237 % n);
     std::size_t next = 0;
-    for (const std::size_t size : {2500u, 7u, 1u, 300u, 150u, 42u}) {
+    for (const std::size_t size : {7u, 2500u, 1u, 300u, 150u, 42u}) {
         contig c;
         c.name = "Contig";
         c.name += std::to_string(w.contigs.size() + 1);
@@ -97,8 +97,7 @@ void write_on_one_thread(const writer_fixture& w, bool flowgram, const std::file
 
 void hand_over(contig_writer& writer, const writer_fixture& w, const read_index& index) {
     for (const contig& c : w.contigs) {
-        contig_writer::job j;
-        j.c = c;
+        contig_writer::job j = contig_writer::job::of(c);
         for (const auto& entry : c.reads) j.positions.push_back(index.position_of(entry.first));
         writer.add(std::move(j));
     }
@@ -110,12 +109,13 @@ struct writer_counts {
 };
 
 // The same through a contig_writer, into two.reads and two.qdx.
+// The writer starts once every contig is queued, so what is fetched ahead does not depend on timing.
 writer_counts write_on_two_threads(const writer_fixture& w, bool flowgram, const std::filesystem::path& dir,
                                    std::size_t behind_at) {
     opened_sff in(w.sff);
     output_file reads_out((dir / "two.reads").string());
     output_file index_out((dir / "two.qdx").string());
-    contig_writer writer(in.sff, reads_out, index_out, flowgram, behind_at);
+    contig_writer writer(in.sff, reads_out, index_out, flowgram, behind_at, false);
     hand_over(writer, w, in.index);
     writer.finish();
     return {writer.reads_written(), writer.reads_fetched_ahead()};
@@ -134,7 +134,9 @@ TEST_P(ContigWriter, RecordsFetchedAheadGiveTheBytesOfAOneThreadRun) {
     write_on_one_thread(w, GetParam(), dir);
     const writer_counts counts = write_on_two_threads(w, GetParam(), dir, 0);  // always behind: fetch everything ahead
     EXPECT_EQ(counts.written, 3001u);
-    EXPECT_EQ(counts.fetched_ahead, 3001u - (2500u - 2048u)) << "a contig's fetching ahead is bounded";
+    // Every contig but the first (7 reads and a missing one), which the writer may
+    // be taking at any moment, and no more than 2,048 of the large contig's.
+    EXPECT_EQ(counts.fetched_ahead, 3001u - 8u - (2500u - 2048u));
     expect_same_outputs(dir);
     EXPECT_GT(test::read_file(dir / "one.reads").size(), 100000u);
 }
