@@ -23,7 +23,7 @@ contig_writer::job contig_writer::job::of(const contig& c) {
     j.name_ends.reserve(c.reads.size());
     for (const auto& entry : c.reads) {
         j.names += entry.first;
-        j.name_ends.push_back(static_cast<std::uint32_t>(j.names.size()));
+        j.name_ends.push_back(j.names.size());
     }
     return j;
 }

@@ -39,7 +39,7 @@ public:
     struct job {
         std::string contig_name;
         std::string names;                     // the reads' names one after another, in contig::reads order
-        std::vector<std::uint32_t> name_ends;  // where each name ends in `names`
+        std::vector<std::size_t> name_ends;    // where each name ends in `names`
         std::vector<std::int64_t> positions;   // each read's SFF position, filled by the caller
         // The records of the first reads, fetched ahead: block_lengths.size()
         // blocks of the reader's record_block() bytes, each holding what came.
