@@ -87,14 +87,16 @@ bool contig_writer::help_once(bool wait_for_room) {
             for (auto& blocks : done_blocks_) returned.push_back(std::move(blocks));
             done_blocks_.clear();
             if (queued_reads_ < behind_at_) return false;
-            // Never the first: the writer may be about to take it.
-            const auto candidate = std::find_if(queue_.begin() + std::min<std::size_t>(1, queue_.size()), queue_.end(),
-                                                [](const queued& q) { return q.state == fetch_state::none; });
-            if (candidate == queue_.end()) return false;
-            n = std::min(candidate->j.reads(), most_fetched_per_contig);
+            // Never the first: the writer may be about to take it. Contigs are
+            // claimed in queue order, so the next one to claim is at fetch_next_.
+            fetch_next_ = std::max<std::size_t>(fetch_next_, 1);
+            if (fetch_next_ >= queue_.size()) return false;
+            queued& candidate = queue_[fetch_next_];
+            n = std::min(candidate.j.reads(), most_fetched_per_contig);
             if (fetched_reads_ + n <= most_fetched_reads) {
-                candidate->state = fetch_state::fetching;
-                target = &*candidate;  // stays put: the writer only takes from the front, and waits for it
+                candidate.state = fetch_state::fetching;
+                target = &candidate;  // stays put: the writer only takes from the front, and waits for it
+                ++fetch_next_;
                 break;
             }
             if (!wait_for_room) return false;
@@ -145,6 +147,7 @@ void contig_writer::work() {
             if (queue_.empty()) return;  // closing, and everything is written
             j = std::move(queue_.front().j);
             queue_.pop_front();
+            if (fetch_next_ > 0) --fetch_next_;
             queued_reads_ -= j.reads();
         }
         changed_.notify_all();

@@ -108,6 +108,7 @@ private:
     std::condition_variable changed_;
     std::deque<queued> queue_;
     std::size_t queued_reads_ = 0;
+    std::size_t fetch_next_ = 1;     // queue index of the next contig to fetch ahead; those before it are claimed
     std::size_t fetched_reads_ = 0;  // records fetched ahead, or being fetched, and not yet written
     bool closing_ = false;
     std::vector<std::vector<unsigned char>> done_blocks_;  // blocks of written contigs, back to the caller

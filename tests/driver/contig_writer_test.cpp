@@ -32,7 +32,7 @@ struct writer_fixture {
     std::vector<contig> contigs;
 };
 
-writer_fixture make_fixture() {
+writer_fixture make_fixture(const std::vector<std::size_t>& contig_sizes = {7, 2500, 1, 300, 150, 42}) {
     test::sff_fixture f;
     f.flows = flows;
     const int n = 3000;
@@ -56,7 +56,7 @@ writer_fixture make_fixture() {
     std::vector<int> order;  // every read once, by a stride through the file
     for (int i = 0; i < n; ++i) order.push_back(i * 1237 % n);
     std::size_t next = 0;
-    for (const std::size_t size : {7u, 2500u, 1u, 300u, 150u, 42u}) {
+    for (const std::size_t size : contig_sizes) {
         contig c;
         c.name = "Contig";
         c.name += std::to_string(w.contigs.size() + 1);
@@ -148,6 +148,25 @@ TEST_P(ContigWriter, WithoutFetchingAheadTheBytesAreTheSame) {
     const writer_counts counts = write_on_two_threads(w, GetParam(), dir, std::size_t{1} << 40);  // never behind
     EXPECT_EQ(counts.written, 3001u);
     EXPECT_EQ(counts.fetched_ahead, 0u);
+    expect_same_outputs(dir);
+}
+
+TEST_P(ContigWriter, ManyOneReadContigsFetchedAheadWhileTheWriterRuns) {
+    // Contigs are taken and fetched ahead at the same time: which ones are
+    // fetched ahead depends on timing, the bytes must not.
+    const writer_fixture w = make_fixture(std::vector<std::size_t>(3000, 1));
+    const auto dir = w.sff.parent_path();
+    write_on_one_thread(w, GetParam(), dir);
+    {
+        opened_sff in(w.sff);
+        output_file reads_out((dir / "two.reads").string());
+        output_file index_out((dir / "two.qdx").string());
+        contig_writer writer(in.sff, reads_out, index_out, GetParam(), 0);
+        hand_over(writer, w, in.index);
+        writer.finish();
+        EXPECT_EQ(writer.reads_written(), 3000u);
+        EXPECT_LE(writer.reads_fetched_ahead(), 3000u);
+    }
     expect_same_outputs(dir);
 }
 

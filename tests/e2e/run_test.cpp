@@ -183,12 +183,18 @@ TEST(RunEdge, LongerOldOutputsLeaveNothingBehind) {
     EXPECT_EQ(read_file(files.dir / "asm.qdx"), worked_example_index);
 }
 
+// The worked example's inputs, with one of them (files.ace or files.sff) renamed to `name`.
+run_files with_input_named(std::string run_files::*input, const std::string& name) {
+    run_files files = write_inputs(worked_example_ace(), build_sff(worked_example_sff()).bytes);
+    std::filesystem::rename(files.dir / (files.*input), files.dir / name);
+    files.*input = name;
+    return files;
+}
+
 TEST(RunEdge, AceFileThatIsAlsoTheReadsOutput) {
     // "asm.reads" keeps the prefix "asm": the reads file is the assembly itself.
     // It is emptied on opening, after the reader has taken in this small file.
-    auto files = write_inputs(worked_example_ace(), build_sff(worked_example_sff()).bytes);
-    std::filesystem::rename(files.dir / files.ace, files.dir / "asm.reads");
-    files.ace = "asm.reads";
+    const run_files files = with_input_named(&run_files::ace, "asm.reads");
     auto r = run_pelkrin(files);
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.err, "");
@@ -200,9 +206,7 @@ TEST(RunEdge, SffFileThatIsAlsoTheReadsOutputReadsAsEmpty) {
     // Emptying the reads file empties the SFF file under the reader: the index
     // walk meets the end of the file, every read is decoded from nothing, and
     // nothing crashes on the memory that mapped the old file.
-    auto files = write_inputs(worked_example_ace(), build_sff(worked_example_sff()).bytes);
-    std::filesystem::rename(files.dir / files.sff, files.dir / "asm.reads");
-    files.sff = "asm.reads";
+    const run_files files = with_input_named(&run_files::sff, "asm.reads");
     auto r = run_pelkrin(files);
     EXPECT_EQ(r.status, 0);
     // The walk finds neither the common header's first 31 bytes nor a read header.
