@@ -6,10 +6,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
+#include <ostream>
 #include <streambuf>
 
-#include "common/end_process.h"
+#include "common/fatal_error.h"
 
 namespace pelkrin::fuzz {
 namespace {
@@ -20,11 +20,13 @@ protected:
     std::streamsize xsputn(const char*, std::streamsize n) override { return n; }
 };
 
-struct process_ended {
-    int status;
-};
-
 }  // namespace
+
+console quiet() {
+    static null_buffer sink;
+    static std::ostream dropped(&sink);
+    return console{dropped, dropped};
+}
 
 // The folder of this process's scratch files, removed when the process ends.
 std::string& scratch_folder();
@@ -61,22 +63,12 @@ void write_bytes(const std::string& path, const std::uint8_t* data, std::size_t 
 }
 
 int run_guarded(const std::function<void()>& body) {
-    static null_buffer sink;
-    std::streambuf* out = std::cout.rdbuf(&sink);
-    std::streambuf* err = std::cerr.rdbuf(&sink);
-    auto previous = set_end_process_hook([](int status) { throw process_ended{status}; });
-    int status = -1;
     try {
         body();
-    } catch (const process_ended& e) {
-        status = e.status;
+    } catch (const fatal_error& e) {
+        return e.status();
     }
-    set_end_process_hook(previous);
-    std::cout.rdbuf(out);
-    std::cerr.rdbuf(err);
-    std::cout.clear();
-    std::cerr.clear();
-    return status;
+    return -1;
 }
 
 }  // namespace pelkrin::fuzz

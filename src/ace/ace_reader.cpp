@@ -1,11 +1,11 @@
 #include "ace/ace_reader.h"
 
 #include <array>
-#include <iostream>
+#include <ostream>
 #include <string_view>
 #include <utility>
 
-#include "common/end_process.h"
+#include "common/fatal_error.h"
 
 namespace pelkrin {
 namespace {
@@ -19,17 +19,19 @@ constexpr std::size_t bs_index = 3;
 constexpr std::size_t rd_index = 4;
 
 [[noreturn]] void wrong_tag(const std::string& tag) {
-    std::cerr << "Error: tag '" << tag << "' should be not in the ACE file!" << std::endl;
-    end_process(1);
+    throw fatal_error(1, "Error: tag '" + tag + "' should be not in the ACE file!\n");
 }
 
 }  // namespace
 
-aceReader::aceReader(std::string name) : file_name(std::move(name)) {
-    if (!ace_in.open(file_name)) {
-        std::cerr << "The file: " << file_name << " can not be opened" << std::endl;
-        end_process(1);
-    }
+aceReader::aceReader(std::string name, console messages) : file_name(std::move(name)), messages_(messages) {
+    if (!ace_in.open(file_name)) throw fatal_error(1, "The file: " + file_name + " can not be opened\n");
+    read_header();
+}
+
+aceReader::aceReader(std::string name, std::string_view text, console messages)
+    : file_name(std::move(name)), messages_(messages) {
+    if (!ace_in.open_memory(text)) throw fatal_error(1, "The file: " + file_name + " can not be opened\n");
     read_header();
 }
 
@@ -38,10 +40,8 @@ bool aceReader::open_file(const char* name) {
     contig_num = 0;
     read_total = 0;
     file_name = name;
-    if (!ace_in.open(file_name)) {
-        std::cerr << "the file: " << file_name << " can not be opened" << std::flush;
-        end_process(1);
-    }
+    // This message has no line end.
+    if (!ace_in.open(file_name)) throw fatal_error(1, "the file: " + file_name + " can not be opened");
     read_header();
     return true;
 }
@@ -55,10 +55,7 @@ void aceReader::close_file() {
 void aceReader::read_header() {
     std::string word;
     ace_in.read_word(word);
-    if (word != "AS") {
-        std::cerr << "Error: the input file " << file_name << " does not like an ACE file" << std::endl;
-        end_process(1);
-    }
+    if (word != "AS") throw fatal_error(1, "Error: the input file " + file_name + " does not like an ACE file\n");
     // A count that cannot be read leaves the stream failed, which ends the
     // reading of contigs before it starts.
     ace_in.read_number(contig_num);
@@ -124,10 +121,7 @@ bool aceReader::read_rd_section(contig& target, line_scanner& scanner, std::stri
         name.clear();
         scanner.word(name);
         const auto found = target.reads.find(name);
-        if (found == target.reads.end()) {
-            std::cerr << "Error: AF tag for read " << name << " is missing" << std::endl;
-            end_process(1);
-        }
+        if (found == target.reads.end()) throw fatal_error(1, "Error: AF tag for read " + name + " is missing\n");
         READ& read = found->second;
         scanner.number(read.len);
 
@@ -156,7 +150,7 @@ bool aceReader::read_rd_section(contig& target, line_scanner& scanner, std::stri
 
 bool aceReader::next_contig(contig& target) {
     if (file_name.empty()) {
-        std::cerr << "Error: there is no ACE file open!" << std::endl;
+        messages_.err << "Error: there is no ACE file open!" << std::endl;
         return false;
     }
     if (contig_num == 0 || ace_in.at_end()) return false;

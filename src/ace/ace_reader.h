@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ace/contig.h"
+#include "common/console.h"
 #include "ace/line_scanner.h"
 #include "ace/line_source.h"
 
@@ -18,9 +19,12 @@ public:
     int32_t contig_num = 0;  // as the AS line announces; 0 when closed
     int32_t read_total = 0;  // as the AS line announces; kept for callers only
 
-    aceReader() = default;
-    // Opens the file and reads its AS line; any failure ends the process.
-    explicit aceReader(std::string name);
+    // No file open yet; `messages` takes the reader's reports that do not end the run.
+    explicit aceReader(console messages) : messages_(messages) {}
+    // Opens the file and reads its AS line; any failure throws fatal_error.
+    aceReader(std::string name, console messages);
+    // Reads `text` (which must outlive the reader) as the file named `name`.
+    aceReader(std::string name, std::string_view text, console messages);
     aceReader(const aceReader&) = delete;
     aceReader& operator=(const aceReader&) = delete;
 
@@ -36,6 +40,8 @@ public:
     int32_t next_contig(std::vector<contig>& out, int16_t max_count);
 
 private:
+    console messages_;
+
     void read_header();
     // Both take the lines up to the next blank one and return false when the
     // input ended first; the second gathers them into `buffer`.

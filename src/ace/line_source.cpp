@@ -18,13 +18,22 @@ line_source::~line_source() {
     if (file_ != nullptr) std::fclose(file_);
 }
 
-bool line_source::open(const std::string& path) {
+bool line_source::open(const std::string& path) { return start(std::fopen(path.c_str(), "rb")); }
+
+bool line_source::open_memory(std::string_view text) {
+    // A stream over no bytes at all still needs a buffer to stand on.
+    static char nothing = 0;
+    char* bytes = text.empty() ? &nothing : const_cast<char*>(text.data());  // opened for reading only
+    return start(::fmemopen(bytes, text.size(), "r"));
+}
+
+bool line_source::start(std::FILE* file) {
     close();
     begin_ = end_ = 0;
     file_drained_ = false;
     eof_ = false;
     failed_ = false;
-    file_ = std::fopen(path.c_str(), "rb");
+    file_ = file;
     if (file_ == nullptr) {
         failed_ = true;
         return false;

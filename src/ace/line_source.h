@@ -19,6 +19,8 @@ public:
 
     // Opens `path` for reading; false (and the failed state) when it cannot.
     bool open(const std::string& path);
+    // Reads `text`, which must outlive the reading, as a file's contents.
+    bool open_memory(std::string_view text);
     // Closes the file if one is open; a failed close sets the failed state.
     void close();
     bool is_open() const { return file_ != nullptr; }
@@ -39,6 +41,8 @@ public:
     bool failed() const { return failed_; }
 
 private:
+    // Reads from `file` (null: could not be opened) from its start.
+    bool start(std::FILE* file);
     // Makes room and reads more of the file behind the unread bytes; false
     // when the file has nothing more.
     bool fill();

@@ -39,9 +39,7 @@ contig_writer::contig_writer(reader& sff, output_file& reads_out, output_file& i
       reads_out_(reads_out),
       index_out_(index_out),
       flowgram_(flowgram),
-      block_size_(sff.record_block()),
       behind_at_(behind_at) {
-    register_flushable(this);
     if (start_now) start();
 }
 
@@ -59,14 +57,14 @@ void contig_writer::fetch_ahead(job& j, std::size_t n) {
     j.blocks.resize(n * block_size_);
     j.block_lengths.resize(n);
     for (std::size_t i = 0; i < n; ++i) {
-        const std::size_t got = sff_.sff_file.fetch_at(j.positions[i], j.blocks.data() + i * block_size_, block_size_);
-        j.block_lengths[i] = static_cast<std::uint32_t>(got);
+        j.block_lengths[i] = static_cast<std::uint32_t>(sff_.fetch_block(j.positions[i], j.blocks.data() + i * block_size_));
     }
 }
 
 void contig_writer::add(job&& j) {
     {
         std::unique_lock lock(mutex_);
+        if (block_size_ == 0) block_size_ = sff_.record_block();
         changed_.wait(lock, [&] { return queue_.empty() || queued_reads_ + j.reads() <= most_queued_reads; });
         queued_reads_ += j.reads();
         queue_.push_back(queued{std::move(j)});
@@ -121,9 +119,10 @@ bool contig_writer::help_once(bool wait_for_room) {
 
 void contig_writer::finish() {
     if (finished_) return;
+    // Started first: helping may wait for the writer to give room back.
+    start();
     while (help_once(true)) {
     }
-    start();
     {
         std::lock_guard lock(mutex_);
         closing_ = true;
@@ -131,7 +130,6 @@ void contig_writer::finish() {
     changed_.notify_all();
     thread_.join();
     finished_ = true;
-    unregister_flushable(this);
 }
 
 void contig_writer::work() {
@@ -168,18 +166,17 @@ void contig_writer::write(job& j) {
     write_contig_header(reads_out_, index_out_, j.contig_name, j.reads(), linesPerRead);
     for (std::size_t i = 0; i < j.reads(); ++i) {
         const std::int64_t position = j.positions[i];
-        if (i < j.block_lengths.size()) {
-            sff_.sff_file.use_block(position, {j.blocks.data() + i * block_size_, j.block_lengths[i]});
-        }
         // Emptied, not rebuilt: its storage is reused from read to read.
         decoded_.name.clear();
         decoded_.bases.clear();
         decoded_.quals.clear();
         decoded_.flowIdx.clear();
-        sff_.get_read(position, decoded_);
-        write_read_entry(reads_out_, j.name(i), decoded_, sff_.cur_read, flowgram_);
+        const sff_read& record =
+            i < j.block_lengths.size()
+                ? sff_.get_read(position, {j.blocks.data() + i * block_size_, j.block_lengths[i]}, decoded_)
+                : sff_.get_read(position, decoded_);
+        write_read_entry(reads_out_, j.name(i), decoded_, record, flowgram_);
     }
-    sff_.sff_file.drop_block();  // the blocks go back with the job
 }
 
 }  // namespace pelkrin

@@ -11,10 +11,10 @@
 // the caller's thread fetches the records of queued contigs ahead (help()),
 // so that the work evens out over both threads.
 //
-// Nothing here prints or ends the process. When the process ends early (a bad
-// line in the assembly), finish() runs first through end_process and writes
-// every contig handed over before the error, so the output files hold exactly
-// what a run on one thread would have written.
+// Nothing here prints or ends the process. When the run ends early (a bad
+// line in the assembly throws), the destructor finishes: every contig handed
+// over before the error is written before the output files close, so they
+// hold exactly what a run on one thread would have written.
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -26,14 +26,13 @@
 #include <vector>
 
 #include "ace/contig.h"
-#include "common/end_process.h"
 #include "driver/output_file.h"
 #include "sff/reader.h"
 #include "sff/seq_read.h"
 
 namespace pelkrin {
 
-class contig_writer : public flushable {
+class contig_writer {
 public:
     // What the output files need of a contig.
     struct job {
@@ -42,7 +41,7 @@ public:
         std::vector<std::size_t> name_ends;    // where each name ends in `names`
         std::vector<std::int64_t> positions;   // each read's SFF position, filled by the caller
         // The records of the first reads, fetched ahead: block_lengths.size()
-        // blocks of the reader's record_block() bytes, each holding what came.
+        // blocks of `block_size` bytes, each holding what came.
         std::vector<unsigned char> blocks;
         std::vector<std::uint32_t> block_lengths;
 
@@ -57,7 +56,8 @@ public:
 
     // Uses `reads_out` and `index_out` from its own thread until finish(), first
     // emptying them if they were opened to be emptied later; the caller must
-    // leave them alone until then. Uses `sff` from the first add() on.
+    // leave them alone until then. Uses `sff`, whose header must be read by
+    // then, from the first add() on.
     // The thread starts at once unless `start_now` is false; then start() or
     // finish() starts it (tests use this to fill the queue first).
     contig_writer(reader& sff, output_file& reads_out, output_file& index_out, bool flowgram,
@@ -77,7 +77,6 @@ public:
     // Helps while there is work, writes everything queued, then stops the
     // thread. Safe to call more than once.
     void finish();
-    void flush_before_exit() override { finish(); }
 
     // Reads written with a record fetched ahead, of all reads written.
     std::uint64_t reads_fetched_ahead() const { return fetched_ahead_; }
@@ -99,7 +98,7 @@ private:
     output_file& reads_out_;
     output_file& index_out_;
     const bool flowgram_;
-    const std::size_t block_size_;
+    std::size_t block_size_ = 0;  // the reader's record_block(), taken at the first add()
     const std::size_t behind_at_;
     seqRead decoded_;
     std::vector<std::vector<unsigned char>> spare_blocks_;  // the caller's, for reuse

@@ -15,7 +15,9 @@ struct run_request {
 
 using run_function = std::function<int(const run_request&)>;
 
-// Returns the process's exit status: 0 after the texts, else what `run` returns.
+// Returns the process's exit status: 0 after the texts, else what `run`
+// returns; a fatal_error out of `run` has its message written to standard
+// error and gives its status.
 int entry(int argc, const char* const* argv, const run_function& run);
 
 }  // namespace pelkrin

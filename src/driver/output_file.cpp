@@ -32,7 +32,6 @@ output_file::output_file(const std::string& path, emptying when) : buf_(buffer_s
     seekable_ = ::fstat(::fileno(file_), &st) == 0 && S_ISREG(st.st_mode);
     // Opening for writing empties only regular files (not a pipe or a terminal).
     to_empty_ = when == emptying::later && seekable_;
-    register_flushable(this);
 }
 
 void output_file::empty_now() {
@@ -72,7 +71,6 @@ void output_file::close() {
     if (file_ == nullptr) return;
     empty_now();
     flush();
-    unregister_flushable(this);
     if (std::fclose(file_) != 0) failed_ = true;  // a failing close is not reported
     file_ = nullptr;
 }

@@ -1,7 +1,7 @@
 #pragma once
 // A text output file written through a large buffer, so that a line costs no
-// system call. Whatever has been written reaches the file when it is closed,
-// destroyed, or when the process ends through end_process.
+// system call. Whatever has been written reaches the file when it is closed or
+// destroyed, also when the run ends early through an exception.
 #include <charconv>
 #include <cstring>
 #include <cstdint>
@@ -10,12 +10,11 @@
 #include <string_view>
 #include <vector>
 
-#include "common/end_process.h"
 #include "driver/small_numbers.h"
 
 namespace pelkrin {
 
-class output_file : public flushable {
+class output_file {
 public:
     // When a file that exists is emptied: on opening, or by empty_now() before
     // the first write. Emptying a large file left by an earlier run takes a
@@ -31,8 +30,8 @@ public:
     // True when the file could not be opened, or a write to it has failed.
     bool failed() const { return failed_; }
 
-    // Empties a file opened with emptying::later, once; closing and ending the
-    // process do it too, so the file never keeps what it held before.
+    // Empties a file opened with emptying::later, once; closing does it too, so
+    // the file never keeps what it held before.
     void empty_now();
     // True when `path` names the file this one writes to.
     bool same_file_as(const std::string& path) const;
@@ -81,14 +80,9 @@ public:
     // stream has failed or the file cannot report positions.
     std::int64_t tellp() const;
     void close();
-    void flush_before_exit() override {
-        empty_now();
-        flush();
-    }
 
 private:
     static constexpr std::size_t max_number_chars = 24;
-
 
     void make_room(std::size_t n);
     void flush();

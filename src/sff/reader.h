@@ -1,59 +1,81 @@
 #pragma once
 // An open SFF file: its common header, an index of its reads by name built by one
 // walk over the records, and decoding of any record by position.
+//
+// The reader keeps the state of an input stream over the file (a position, and
+// the eof and fail flags), which the decoders of record_decode.h advance: a
+// get_read that runs off the end of the file leaves it failed, and later
+// get_read calls then leave their read as it was, as a file stream would.
 #include <cstdint>
 #include <ostream>
+#include <span>
 #include <string>
+#include <vector>
 
-#include "sff/binary_input.h"
+#include "common/console.h"
+#include "sff/byte_cursor.h"
 #include "sff/read_index.h"
 #include "sff/seq_read.h"
 #include "sff/sff_header.h"
 #include "sff/sff_read.h"
+#include "sff/sff_source.h"
 
 namespace pelkrin {
 
 class reader {
 public:
-    binary_input sff_file;
+    sff_source sff_file;
     std::string file_name;
     int swap_bytes = 1;  // 1: the file's integers are big-endian; 0: little-endian
     sff_header_p1 header_p1;
     sff_header_p2 header_p2;
-    sff_read cur_read;  // every record is decoded here; callers read its flowgram directly
+    sff_read cur_read;  // every record is decoded here
     std::int64_t read_count = 0;
 
-    // Ends the process when the file cannot be opened.
-    explicit reader(std::string name);
+    // Opens the file; throws fatal_error when it cannot. Reports that do not end
+    // the run (short reads, the end of the file) go to `messages`.
+    reader(std::string name, console messages);
+    // Reads `bytes` as the file named `name`; they must outlive the reader.
+    reader(std::string name, std::span<const std::uint8_t> bytes, console messages);
 
     std::ostream& print_file_size();
     int check_magic_number();
     int get_header();
     int build_read_index(read_index& index);
-    void get_read(const std::int64_t& pos, seqRead& out);
-    // The block get_read fetches where it lands: a whole record should fit.
+    // Decodes the record at `pos` into cur_read and `out`; returns cur_read.
+    const sff_read& get_read(const std::int64_t& pos, seqRead& out);
+    // The same from the first record_block() bytes at `pos`, fetched ahead with
+    // fetch_block (fewer where the file ended); the rest of a longer record is read.
+    const sff_read& get_read(const std::int64_t& pos, std::span<const std::uint8_t> fetched, seqRead& out);
+    // The bytes one positioned read takes at a record: most records fit whole.
     std::size_t record_block() const { return 512 + std::size_t{cur_read.numOfFlows} * 4; }
+    // Reads the first record_block() bytes at `pos` into dst; returns how many
+    // came. Leaves the reader as it is: safe on another thread.
+    std::size_t fetch_block(std::int64_t pos, std::uint8_t* dst) const;
     int get_next_read(read_index& index);
     int get_next_read();
 
-private:
-    // The block fetched where a walk lands on a record: its header and name fit.
-    static constexpr std::size_t walk_block = 512;
-    // The flowgram's bytes as read, before they become values; kept to be reused.
-    std::vector<unsigned char> flowgram_bytes_;
+    // Where the reader's stream stands.
+    const stream_state& state() const { return state_; }
 
-    // Reads the 16-byte read header into cur_read as file-order numbers; false when short.
-    bool read_record_header();
-    // Padding between a record's name and its data; a header length too small to
-    // hold the name is taken as no padding, so a walk never goes backwards.
-    std::int64_t header_padding() const;
-    // Sizes cur_read for its record and reads the name (into cur_read.name).
-    void read_name();
-    // Reads the data section: flowgram values as the file's little-endian numbers, then the per-base arrays.
-    void read_data();
+private:
+    console messages_;
+    stream_state state_;
+    // Bytes read for the header, a record's first block, the rest of a long record; reused.
+    std::vector<std::uint8_t> header_;
+    std::vector<std::uint8_t> block_;
+    std::vector<std::uint8_t> record_;
+
+    bool big_endian() const { return swap_bytes == 1; }
+    // The bytes of the record at `pos`, from `first` (its first record_block()
+    // bytes, or fewer at the end of the file), reading the rest when it is longer.
+    std::span<const std::uint8_t> record_bytes(std::int64_t pos, std::span<const std::uint8_t> first);
+    // Seeks the stream to `pos`; false when it failed (it stays failed).
+    bool seek_to(std::int64_t pos);
+    const sff_read& decode_at(std::int64_t pos, std::span<const std::uint8_t> bytes, seqRead& out);
     int sequential_step(read_index* index);
-    // Leaves the forward walk's way of reading; returns `result`.
-    int finish_walk(int result);
+    void report_short_read(std::size_t got, std::size_t block_size);
+    void report_end_of_file();
 };
 
 }  // namespace pelkrin

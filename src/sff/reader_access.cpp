@@ -1,26 +1,50 @@
 // Random access: decoding the record at a given position.
 #include <algorithm>
 
-#include "sff/byte_order.h"
 #include "sff/reader.h"
+#include "sff/record_decode.h"
 
 namespace pelkrin {
 
-void reader::get_read(const std::int64_t& pos, seqRead& out) {
-    sff_file.seekg(pos);
-    if (sff_file.fail()) return;  // out and cur_read stay as they were
-    sff_file.set_jump_fill(record_block());
-    read_record_header();  // not checked: a short record decodes from what came
-    if (swap_bytes == 1) cur_read.var_endian_swap();
-    read_name();
-    read_data();
-    const std::size_t converted =
-        std::min<std::size_t>(header_p1.number_of_flows_per_read, cur_read.flowgram_values.size());
-    if (swap_bytes == 1) {
-        for (std::size_t i = 0; i < converted; ++i)
-            cur_read.flowgram_values[i] = reverse_bytes16(cur_read.flowgram_values[i]);
+std::size_t reader::fetch_block(std::int64_t pos, std::uint8_t* dst) const {
+    return sff_file.read_at(pos, dst, record_block());
+}
+
+std::span<const std::uint8_t> reader::record_bytes(std::int64_t pos, std::span<const std::uint8_t> first) {
+    // A block that came up short holds all the file has from `pos` on.
+    if (first.size() < record_block() || first.size() < sff_read::header_size) return first;
+    const std::uint64_t extent = record_extent(first, big_endian(), cur_read.numOfFlows);
+    if (extent <= first.size()) return first;
+    // A longer record (or a damaged header claiming one): never more than the file holds.
+    std::uint64_t want = extent;
+    if (sff_file.size() >= 0) {
+        want = std::min(want, static_cast<std::uint64_t>(std::max<std::int64_t>(sff_file.size() - pos, 0)));
     }
+    if (want <= first.size()) return first;
+    return sff_file.bytes_at(pos, static_cast<std::size_t>(want), record_);
+}
+
+const sff_read& reader::decode_at(std::int64_t pos, std::span<const std::uint8_t> bytes, seqRead& out) {
+    state_ = decode_record(bytes, pos, header_p1, big_endian(), record_decoding::at_position, cur_read).after;
     out.assign(cur_read);
+    return cur_read;
+}
+
+bool reader::seek_to(std::int64_t pos) {
+    byte_cursor seeker(std::span<const std::uint8_t>(), 0, state_);
+    seeker.seek(pos);
+    state_ = seeker.state();
+    return !state_.fail;
+}
+
+const sff_read& reader::get_read(const std::int64_t& pos, seqRead& out) {
+    if (!seek_to(pos)) return cur_read;  // out and cur_read stay as they were
+    return decode_at(pos, record_bytes(pos, sff_file.bytes_at(pos, record_block(), block_)), out);
+}
+
+const sff_read& reader::get_read(const std::int64_t& pos, std::span<const std::uint8_t> fetched, seqRead& out) {
+    if (!seek_to(pos)) return cur_read;
+    return decode_at(pos, record_bytes(pos, fetched), out);
 }
 
 }  // namespace pelkrin

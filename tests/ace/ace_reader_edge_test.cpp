@@ -31,7 +31,7 @@ read_outcome read_all(const std::string& text) {
     read_outcome outcome;
     const std::string path = scratch_ace(text);
     outcome.run = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         for (int calls = 0; calls < 20; ++calls) {
             contig c;
             if (!r.next_contig(c)) return;
@@ -128,7 +128,7 @@ TEST(AceReaderEdge, TwoContigsAreReadFieldByField) {
 TEST(AceReaderEdge, AsLineWithZeroContigsNeverReads) {
     // What follows would end the process if it were read.
     const auto result = run_captured([] {
-        aceReader r(scratch_ace("AS 0 5\n\nXX junk\nCO c 1 0 0 U\n"));
+        aceReader r(scratch_ace("AS 0 5\n\nXX junk\nCO c 1 0 0 U\n"), test::std_console());
         EXPECT_EQ(r.contig_num, 0);
         EXPECT_EQ(r.read_total, 5);
         contig c;
@@ -319,7 +319,7 @@ TEST(AceReaderEdge, FewerAfLinesTakeFollowingLinesAsAfLines) {
         "RD r2 2 0 0\nGT\n\nQA 1 2 1 2\nDS x\n"
         "RD 1 3 0 0\nTTT\n\nQA 1 3 1 3\nDS x\n");
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         contig c;
         ASSERT_TRUE(r.next_contig(c));
         ASSERT_EQ(c.reads.size(), 3u);
@@ -355,7 +355,7 @@ TEST(AceReaderEdge, ReadOfEarlierContigInSameTargetIsNotMissing) {
         "AS 2 2\n\n" + contig_body +
         "\nCO c2 4 1 1 U\nTTTT\n\nBQ\n20\n\nAF r2 U 1\nBS 1 4 r2\n\nRD r1 2 0 0\nGG\n\nQA 1 2 1 2\nDS x\n");
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         contig c;
         ASSERT_TRUE(r.next_contig(c));
         ASSERT_TRUE(r.next_contig(c));
@@ -377,7 +377,7 @@ TEST(AceReaderEdge, ReadDirectionOnlyCGivesZero) {
         "RD a 1 0 0\nA\n\nQA 1 1 1 1\nDS\nRD b 1 0 0\nA\n\nQA 1 1 1 1\nDS\nRD d 1 0 0\nA\n\nQA 1 1 1 1\nDS\n"
         "RD e 1 0 0\nA\n\nQA 1 1 1 1\nDS\nRD f 1 0 0\nA\n\nQA 1 1 1 1\nDS\n");
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         contig c;
         ASSERT_TRUE(r.next_contig(c));
         EXPECT_EQ(c.reads.at("a").uncomplemented, 0);
@@ -398,7 +398,7 @@ contig read_contig_with_direction(const std::string& direction, int32_t start_va
     contig c;
     c.uncomplemented = start_value;
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         EXPECT_TRUE(r.next_contig(c));
     });
     EXPECT_FALSE(result.exit_status.has_value());
@@ -509,7 +509,7 @@ TEST(AceReaderEdge, CoNumberFailureLeavesTargetFields) {
     c.seg_num = 42;
     c.uncomplemented = 0;
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         EXPECT_FALSE(r.next_contig(c));
     });
     EXPECT_FALSE(result.exit_status.has_value());
@@ -526,7 +526,7 @@ TEST(AceReaderEdge, ThirtyTwoBitCoCountBeyondRangeIsNotStored) {
     contig c;
     c.base_num = 9;
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         EXPECT_FALSE(r.next_contig(c));
     });
     EXPECT_FALSE(result.exit_status.has_value());
@@ -538,7 +538,7 @@ TEST(AceReaderEdge, CrLfFileHasNoBlankLines) {
     const std::string path = scratch_ace("AS 1 1\r\n\r\nCO c1 5 1 0 U\r\nACGTA\r\n\r\nBQ\r\n20\r\n");
     contig c;
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         EXPECT_EQ(r.contig_num, 1);
         EXPECT_FALSE(r.next_contig(c));
         EXPECT_FALSE(r.next_contig(c));
@@ -559,7 +559,7 @@ TEST(AceReaderEdge, CarriageReturnLineKeepsPreviousTag) {
 TEST(AceReaderEdge, LastContigReturnsTrueThenFalse) {
     const std::string path = scratch_ace(test::two_contigs);
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         contig a, b, c, d;
         EXPECT_TRUE(r.next_contig(a));
         EXPECT_TRUE(r.next_contig(b));
@@ -594,7 +594,7 @@ TEST(AceReaderEdge, InputCutInsideRdSectionReturnsFalse) {
         "RD r1 4 0 0\nACGT\n\nQA 1 4 1 4\nDS x\n\nRT{\n}\n");
     contig c;
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         EXPECT_FALSE(r.next_contig(c));
         EXPECT_FALSE(r.next_contig(c));
     });
@@ -608,7 +608,7 @@ TEST(AceReaderEdge, InputCutInsideRdSectionReturnsFalse) {
 TEST(AceReaderEdge, TargetIsNeverCleared) {
     const std::string path = scratch_ace(test::two_contigs);
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         contig c;
         c.pos_map.emplace(1, "kept");
         c.flow_consensus = {'T'};
@@ -645,7 +645,7 @@ TEST(AceReaderEdge, ContigWithoutReadsEndsAtRdLine) {
     const std::string path = scratch_ace(
         "AS 2 0\n\nCO c0 4 0 0 U\nACGT\n\nBQ\n20\n\nAF not parsed\nBS\n\nRD\nline after\n\n" + contig_body);
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         contig a;
         ASSERT_TRUE(r.next_contig(a));
         EXPECT_EQ(a.name, "c0");
@@ -661,7 +661,7 @@ TEST(AceReaderEdge, ContigWithoutReadsEndsAtRdLine) {
 TEST(AceReaderEdge, VectorOverloadZeroMaxCountReadsNothing) {
     const std::string path = scratch_ace(test::two_contigs);
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         std::vector<contig> out;
         EXPECT_EQ(r.next_contig(out, 0), 0);
         EXPECT_EQ(r.next_contig(out, -3), 0);
@@ -677,7 +677,7 @@ TEST(AceReaderEdge, VectorOverloadZeroMaxCountReadsNothing) {
 TEST(AceReaderEdge, VectorOverloadStopsAtEndOfFile) {
     const std::string path = scratch_ace(test::two_contigs);
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         std::vector<contig> out;
         EXPECT_EQ(r.next_contig(out, 3), 2);
         ASSERT_EQ(out.size(), 2u);
@@ -698,7 +698,7 @@ TEST(AceReaderEdge, VectorOverloadStopsAtEndOfFile) {
 TEST(AceReaderEdge, VectorOverloadStopsAtMaxCount) {
     const std::string path = scratch_ace(test::two_contigs);
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         std::vector<contig> out(1);
         out[0].name = "already there";
         EXPECT_EQ(r.next_contig(out, 1), 1);

@@ -24,7 +24,7 @@ contig read_expecting_false(const std::string& text) {
     const std::string path = scratch_ace(text);
     contig c;
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         EXPECT_FALSE(r.next_contig(c));
         EXPECT_FALSE(r.next_contig(c));
     });
@@ -38,7 +38,7 @@ TEST(AceReaderEndOfInput, AfFieldsAreFreshPerLine) {
         "AS 1 3\n\nCO c1 4 3 1 U\nACGT\n\nBQ\n20\n\nAF r1 C 5\nAF\nAF r3 U\nBS 1 4 r1\n\n"
         "RD r1 1 0 0\nA\n\nQA 1 1 1 1\nDS\nRD\nC\n\nQA 1 1 1 1\nDS\nRD r3 1 0 0\nG\n\nQA 1 1 1 1\nDS\n");
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         contig c;
         ASSERT_TRUE(r.next_contig(c));
         ASSERT_EQ(c.reads.size(), 3u);
@@ -65,7 +65,7 @@ TEST(AceReaderEndOfInput, RdNameIsFreshPerLine) {
         "AS 1 2\n\nCO c1 4 2 1 U\nACGT\n\nBQ\n20\n\nAF r1 U 1\nAF r2 U 1\nBS 1 4 r1\n\n"
         "RD r1 1 0 0\nA\n\nQA 1 1 1 1\nDS\nRD   \nC\n\nQA 1 1 1 1\nDS\n");
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         contig c;
         r.next_contig(c);
     });
@@ -81,7 +81,7 @@ TEST(AceReaderEndOfInput, QaSearchTakesNextRdLineAndFailsItsName) {
         "AS 1 2\n\nCO c1 4 2 1 U\nACGT\n\nBQ\n20\n\nAF r1 U 1\nAF r2 U 1\nBS 1 4 r1\n\n"
         "RD r1 1 0 0\nA\n\nRD r2 1 0 0\nC\n\nQA 1 1 1 1\nDS\n");
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         contig c;
         r.next_contig(c);
     });
@@ -95,7 +95,7 @@ TEST(AceReaderEndOfInput, QaLineHeadedRdNamesNextRead) {
         "AS 1 2\n\nCO c1 4 2 1 U\nACGT\n\nBQ\n20\n\nAF r1 U 1\nAF r2 U 1\nBS 1 4 r1\n\n"
         "RD r1 1 0 0\nA\n\nRD 1 2 3 4 r2 6\nDS dropped\nGT\n\nQA 9 9 2 5\nDS\n");
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         contig c;
         ASSERT_TRUE(r.next_contig(c));
         EXPECT_EQ(c.reads.at("r1").align_start, 3);
@@ -114,7 +114,7 @@ TEST(AceReaderEndOfInput, QaLineHeadedRdSurvivesLongDroppedLine) {
         "AS 1 2\n\nCO c1 4 2 1 U\nACGT\n\nBQ\n20\n\nAF r1 U 1\nAF r2 U 1\nBS 1 4 r1\n\n"
         "RD r1 1 0 0\nA\n\nRD 1 2 3 4 r2 6\n" + std::string(4u << 20, 'x') + "\nGT\n\nQA 9 9 2 5\nDS\n");
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         contig c;
         ASSERT_TRUE(r.next_contig(c));
         EXPECT_EQ(c.reads.at("r2").len, 6);
@@ -190,7 +190,7 @@ TEST(AceReaderEndOfInput, HugeReadCountTakesRestOfFileAsAfLines) {
 TEST(AceReaderEndOfInput, FailedStreamCountsAsEndOfInput) {
     const std::string path = scratch_ace("AS 3 x\n\nCO c1 4 1 1 U\nACGT\n\n");
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         EXPECT_TRUE(r.ace_in.failed());
         contig c;
         for (int i = 0; i < 3; ++i) EXPECT_FALSE(r.next_contig(c));
@@ -209,7 +209,7 @@ struct cut_outcome {
 cut_outcome read_cut(const std::string& path, bool vector_overload) {
     cut_outcome outcome;
     outcome.run = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         if (vector_overload) {
             std::vector<contig> out;
             try {

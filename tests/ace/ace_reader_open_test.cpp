@@ -16,7 +16,7 @@ using test::scratch_ace;
 using test::two_contigs;
 
 TEST(AceReaderOpen, DefaultReaderIsEmpty) {
-    const aceReader r;
+    const aceReader r(test::std_console());
     EXPECT_TRUE(r.file_name.empty());
     EXPECT_EQ(r.contig_num, 0);
     EXPECT_EQ(r.read_total, 0);
@@ -25,7 +25,7 @@ TEST(AceReaderOpen, DefaultReaderIsEmpty) {
 
 TEST(AceReaderOpen, ConstructorReadsAsCounts) {
     const std::string path = scratch_ace(two_contigs);
-    const aceReader r(path);
+    const aceReader r(path, test::std_console());
     EXPECT_EQ(r.file_name, path);
     EXPECT_EQ(r.contig_num, 2);
     EXPECT_EQ(r.read_total, 3);
@@ -34,7 +34,7 @@ TEST(AceReaderOpen, ConstructorReadsAsCounts) {
 
 TEST(AceReaderOpen, AsWordAndCountsMayStandOnSeveralLines) {
     const auto result = run_captured([] {
-        aceReader r(scratch_ace("\n  \nAS\n2\n\n 7\nCO c 3 0 0 U\nACG\n\nBQ\n\nAF\nBS\n\nRD\n"));
+        aceReader r(scratch_ace("\n  \nAS\n2\n\n 7\nCO c 3 0 0 U\nACG\n\nBQ\n\nAF\nBS\n\nRD\n"), test::std_console());
         EXPECT_EQ(r.contig_num, 2);
         EXPECT_EQ(r.read_total, 7);
         contig c;
@@ -48,7 +48,7 @@ TEST(AceReaderOpen, AsWordAndCountsMayStandOnSeveralLines) {
 
 TEST(AceReaderOpen, ConstructorOpenFailureMessage) {
     const std::string path = (test::scratch_dir() / "absent.ace").string();
-    const auto result = run_captured([&] { aceReader r(path); });
+    const auto result = run_captured([&] { aceReader r(path, test::std_console()); });
     ASSERT_TRUE(result.exit_status.has_value());
     EXPECT_EQ(*result.exit_status, 1);
     EXPECT_EQ(result.err, "The file: " + path + " can not be opened\n");
@@ -58,7 +58,7 @@ TEST(AceReaderOpen, ConstructorOpenFailureMessage) {
 TEST(AceReaderOpen, OpenFileFailureMessageHasNoLineEnd) {
     const std::string path = (test::scratch_dir() / "absent.ace").string();
     const auto result = run_captured([&] {
-        aceReader r;
+        aceReader r(test::std_console());
         r.open_file(path.c_str());
     });
     ASSERT_TRUE(result.exit_status.has_value());
@@ -69,7 +69,7 @@ TEST(AceReaderOpen, OpenFileFailureMessageHasNoLineEnd) {
 
 void expect_not_ace(const std::string& text) {
     const std::string path = scratch_ace(text);
-    const auto result = run_captured([&] { aceReader r(path); });
+    const auto result = run_captured([&] { aceReader r(path, test::std_console()); });
     ASSERT_TRUE(result.exit_status.has_value()) << text;
     EXPECT_EQ(*result.exit_status, 1);
     EXPECT_EQ(result.err, "Error: the input file " + path + " does not like an ACE file\n") << text;
@@ -85,7 +85,7 @@ TEST(AceReaderOpen, CutAsIsNotAnAceFile) { expect_not_ace("A"); }
 TEST(AceReaderOpen, OpenFileOnNonAceFileGivesSameMessage) {
     const std::string path = scratch_ace("XX 1 1\n");
     const auto result = run_captured([&] {
-        aceReader r;
+        aceReader r(test::std_console());
         r.open_file(path.c_str());
     });
     ASSERT_TRUE(result.exit_status.has_value());
@@ -95,7 +95,7 @@ TEST(AceReaderOpen, OpenFileOnNonAceFileGivesSameMessage) {
 
 TEST(AceReaderOpen, NoFileOpenMessageReturnsFalse) {
     const auto result = run_captured([] {
-        aceReader r;
+        aceReader r(test::std_console());
         contig c;
         c.name = "untouched";
         EXPECT_FALSE(r.next_contig(c));
@@ -108,7 +108,7 @@ TEST(AceReaderOpen, NoFileOpenMessageReturnsFalse) {
 
 TEST(AceReaderOpen, NoFileOpenVectorOverloadAppendsNothing) {
     const auto result = run_captured([] {
-        aceReader r;
+        aceReader r(test::std_console());
         std::vector<contig> out;
         EXPECT_EQ(r.next_contig(out, 5), 0);
         EXPECT_TRUE(out.empty());
@@ -119,7 +119,7 @@ TEST(AceReaderOpen, NoFileOpenVectorOverloadAppendsNothing) {
 
 TEST(AceReaderOpen, UnreadableReadTotalReadsNothing) {
     const auto result = run_captured([] {
-        aceReader r(scratch_ace("AS 3 x\n\nCO c 4 1 0 U\nACGT\n\n"));
+        aceReader r(scratch_ace("AS 3 x\n\nCO c 4 1 0 U\nACGT\n\n"), test::std_console());
         EXPECT_EQ(r.contig_num, 3);
         EXPECT_EQ(r.read_total, 0);
         contig c;
@@ -136,7 +136,7 @@ TEST(AceReaderOpen, UnreadableReadTotalReadsNothing) {
 
 TEST(AceReaderOpen, OutOfRangeContigCountIsNotStored) {
     const auto result = run_captured([] {
-        aceReader r(scratch_ace("AS 99999999999 3\n\nCO c 4 1 0 U\nACGT\n\n"));
+        aceReader r(scratch_ace("AS 99999999999 3\n\nCO c 4 1 0 U\nACGT\n\n"), test::std_console());
         EXPECT_EQ(r.contig_num, 0);
         EXPECT_EQ(r.read_total, 0);
         contig c;
@@ -149,7 +149,7 @@ TEST(AceReaderOpen, OutOfRangeContigCountIsNotStored) {
 
 TEST(AceReaderOpen, AsWithoutCountsReadsNothing) {
     const auto result = run_captured([] {
-        aceReader r(scratch_ace("AS"));
+        aceReader r(scratch_ace("AS"), test::std_console());
         EXPECT_EQ(r.contig_num, 0);
         contig c;
         EXPECT_FALSE(r.next_contig(c));
@@ -160,7 +160,7 @@ TEST(AceReaderOpen, AsWithoutCountsReadsNothing) {
 
 TEST(AceReaderOpen, AsCountsAtEndOfFileReadNothing) {
     const auto result = run_captured([] {
-        aceReader r(scratch_ace("AS 1 1"));
+        aceReader r(scratch_ace("AS 1 1"), test::std_console());
         EXPECT_EQ(r.contig_num, 1);
         EXPECT_EQ(r.read_total, 1);
         contig c;
@@ -171,7 +171,7 @@ TEST(AceReaderOpen, AsCountsAtEndOfFileReadNothing) {
 }
 
 TEST(AceReaderOpen, NegativeCountsAreStoredAsRead) {
-    const aceReader r(scratch_ace("AS -2 -9\n"));
+    const aceReader r(scratch_ace("AS -2 -9\n"), test::std_console());
     EXPECT_EQ(r.contig_num, -2);
     EXPECT_EQ(r.read_total, -9);
 }
@@ -179,7 +179,7 @@ TEST(AceReaderOpen, NegativeCountsAreStoredAsRead) {
 TEST(AceReaderOpen, CloseFileKeepsNameAndClearsCounts) {
     const std::string path = scratch_ace(two_contigs);
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         contig c;
         ASSERT_TRUE(r.next_contig(c));
         r.close_file();
@@ -201,7 +201,7 @@ TEST(AceReaderOpen, OpenFileClosesPreviousFileAndReadsNewOne) {
     const auto dir = test::scratch_dir();
     const std::string first = test::write_ace(dir, two_contigs, "first.ace");
     const std::string second = test::write_ace(dir, test::one_contig, "second.ace");
-    aceReader r(first);
+    aceReader r(first, test::std_console());
     contig a;
     ASSERT_TRUE(r.next_contig(a));
     EXPECT_EQ(a.name, "ctg1");
@@ -217,7 +217,7 @@ TEST(AceReaderOpen, OpenFileClosesPreviousFileAndReadsNewOne) {
 }
 
 TEST(AceReaderOpen, OpenFileOnEmptyReader) {
-    aceReader r;
+    aceReader r(test::std_console());
     const std::string path = scratch_ace(two_contigs);
     EXPECT_TRUE(r.open_file(path.c_str()));
     EXPECT_EQ(r.file_name, path);
@@ -229,7 +229,7 @@ TEST(AceReaderOpen, OpenFileOnEmptyReader) {
 
 TEST(AceReaderOpen, OpenFileAfterCloseFileReopens) {
     const std::string path = scratch_ace(two_contigs);
-    aceReader r(path);
+    aceReader r(path, test::std_console());
     r.close_file();
     EXPECT_TRUE(r.open_file(path.c_str()));
     EXPECT_EQ(r.contig_num, 2);

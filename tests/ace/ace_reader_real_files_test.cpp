@@ -29,7 +29,7 @@ TEST(AceReaderRealFiles, Contig1AceHasTwoContigs) {
     const std::string path = data_file("contig1.ace").string();
     std::vector<contig> contigs;
     const auto result = run_captured([&] {
-        aceReader r(path);
+        aceReader r(path, test::std_console());
         EXPECT_EQ(r.contig_num, 2);
         EXPECT_EQ(r.read_total, 16);
         for (int calls = 0; calls < 5; ++calls) {
@@ -116,7 +116,7 @@ TEST(AceReaderRealFiles, Contig1AceHasTwoContigs) {
 
 TEST(AceReaderRealFiles, Contig1AceByVectorOverload) {
     const auto result = run_captured([] {
-        aceReader r(data_file("contig1.ace").string());
+        aceReader r(data_file("contig1.ace").string(), test::std_console());
         std::vector<contig> out;
         EXPECT_EQ(r.next_contig(out, 10), 2);
         ASSERT_EQ(out.size(), 2u);
@@ -131,7 +131,7 @@ TEST(AceReaderRealFiles, Contig1AceByVectorOverload) {
 TEST(AceReaderRealFiles, ConsedSampleHasOneContig) {
     std::vector<contig> contigs;
     const auto result = run_captured([&] {
-        aceReader r(data_file("consed_sample.ace").string());
+        aceReader r(data_file("consed_sample.ace").string(), test::std_console());
         EXPECT_EQ(r.contig_num, 1);
         EXPECT_EQ(r.read_total, 8);
         for (int calls = 0; calls < 5; ++calls) {
@@ -183,7 +183,7 @@ TEST(AceReaderRealFiles, ConsedSampleHasOneContig) {
 TEST(AceReaderRealFiles, Cap3FileWithoutBsRecordsEndsNamingRd) {
     contig c;
     const auto result = run_captured([&] {
-        aceReader r(data_file("seq.cap.ace").string());
+        aceReader r(data_file("seq.cap.ace").string(), test::std_console());
         EXPECT_EQ(r.contig_num, 1);
         EXPECT_EQ(r.read_total, 6);
         r.next_contig(c);

@@ -2,11 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <cstdlib>
 #include <filesystem>
+#include <future>
 #include <string>
+#include <thread>
 #include <vector>
 
-#include "common/end_process.h"
+#include "capture.h"
+#include "common/fatal_error.h"
 #include "driver/reads_writer.h"
 #include "files.h"
 #include "sff/read_index.h"
@@ -71,7 +76,7 @@ writer_fixture make_fixture(const std::vector<std::size_t>& contig_sizes = {7, 2
 }
 
 struct opened_sff {
-    explicit opened_sff(const std::filesystem::path& path) : sff(path.string()) {
+    explicit opened_sff(const std::filesystem::path& path) : sff(path.string(), test::std_console()) {
         sff.get_header();
         sff.build_read_index(index);
     }
@@ -170,34 +175,51 @@ TEST_P(ContigWriter, ManyOneReadContigsFetchedAheadWhileTheWriterRuns) {
     expect_same_outputs(dir);
 }
 
-TEST_P(ContigWriter, EndingTheProcessWritesEveryContigHandedOverFirst) {
+TEST_P(ContigWriter, AnErrorUnwindingTheRunWritesEveryContigHandedOverFirst) {
     const bool flowgram = GetParam();
     const writer_fixture w = make_fixture();
     const auto dir = w.sff.parent_path();
     write_on_one_thread(w, flowgram, dir);
-    // What the files hold when the process would end, before any destructor runs.
-    std::string reads_at_end;
-    std::string index_at_end;
     int status = -1;
-    const end_process_hook previous = set_end_process_hook([&](int s) {
-        status = s;
-        reads_at_end = test::read_file(dir / "two.reads");
-        index_at_end = test::read_file(dir / "two.qdx");
-        throw s;
-    });
     try {
         opened_sff in(w.sff);
         output_file reads_out((dir / "two.reads").string());
         output_file index_out((dir / "two.qdx").string());
         contig_writer writer(in.sff, reads_out, index_out, flowgram, 0);
         hand_over(writer, w, in.index);
-        end_process(1);  // as a bad line of the assembly does, with contigs still queued
-    } catch (int) {
+        // As a bad line of the assembly does, with contigs still queued.
+        throw fatal_error(1, "Error: tag 'XX' should be not in the ACE file!\n");
+    } catch (const fatal_error& e) {
+        status = e.status();
     }
-    set_end_process_hook(previous);
     EXPECT_EQ(status, 1);
-    EXPECT_EQ(reads_at_end, test::read_file(dir / "one.reads"));
-    EXPECT_EQ(index_at_end, test::read_file(dir / "one.qdx"));
+    EXPECT_EQ(test::read_file(dir / "two.reads"), test::read_file(dir / "one.reads"));
+    EXPECT_EQ(test::read_file(dir / "two.qdx"), test::read_file(dir / "one.qdx"));
+}
+
+TEST_P(ContigWriter, FinishStartsAWriterNeverStartedWhileMoreReadsWaitThanCanBeFetchedAhead) {
+    // More reads queued than may be fetched ahead at once (6,144): finishing must
+    // start the writer before it waits for the writer to give room back.
+    const bool flowgram = GetParam();
+    const writer_fixture w = make_fixture();
+    const auto dir = w.sff.parent_path();
+    opened_sff in(w.sff);
+    output_file reads_out((dir / "two.reads").string());
+    output_file index_out((dir / "two.qdx").string());
+    contig_writer writer(in.sff, reads_out, index_out, flowgram, 0, false);
+    for (int round = 0; round < 3; ++round) hand_over(writer, w, in.index);
+    std::promise<void> finished;
+    std::future<void> done = finished.get_future();
+    std::thread finishing([&] {
+        writer.finish();
+        finished.set_value();
+    });
+    if (done.wait_for(std::chrono::seconds(60)) != std::future_status::ready) {
+        ADD_FAILURE() << "finish() still waiting after 60 s";
+        std::_Exit(1);  // a deadlocked thread cannot be joined
+    }
+    finishing.join();
+    EXPECT_EQ(writer.reads_written(), 3u * 3001u);
 }
 
 INSTANTIATE_TEST_SUITE_P(WithAndWithoutFlowgram, ContigWriter, ::testing::Bool());

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "capture.h"
 #include "files.h"
 #include "program.h"
 #include "sff/reader.h"
@@ -61,7 +62,7 @@ void check(const program_result& r, const std::string& what) {
 
 // An assembly of one contig naming every read of the SFF file (and one it lacks).
 std::string assembly_of(const std::filesystem::path& sff) {
-    reader r(sff.string());
+    reader r(sff.string(), test::std_console());
     read_index index;
     r.build_read_index(index);
     std::string reads;

@@ -6,6 +6,7 @@
 #include <map>
 #include <sstream>
 
+#include "capture.h"
 #include "files.h"
 #include "sff/reader.h"
 
@@ -51,7 +52,7 @@ TEST(RealSff, ClippedReadsEqualTheVendorExtraction) {
     const auto fasta = read_fasta("E3MFGYR02_random_10_reads.fasta");
     const auto qual = read_qual("E3MFGYR02_random_10_reads.qual");
     ASSERT_EQ(fasta.size(), 10u);
-    reader r(test::data_file("E3MFGYR02_random_10_reads.sff").string());
+    reader r(test::data_file("E3MFGYR02_random_10_reads.sff").string(), test::std_console());
     read_index index;
     ASSERT_EQ(r.build_read_index(index), 1);
     ASSERT_EQ(index.size(), 10u);
@@ -74,7 +75,7 @@ TEST(RealSff, ClippedReadsEqualTheVendorExtraction) {
 TEST(RealSff, UnclippedReadsEqualTheVendorExtraction) {
     const auto fasta = read_fasta("E3MFGYR02_random_10_reads_no_trim.fasta");
     const auto qual = read_qual("E3MFGYR02_random_10_reads_no_trim.qual");
-    reader r(test::data_file("E3MFGYR02_random_10_reads.sff").string());
+    reader r(test::data_file("E3MFGYR02_random_10_reads.sff").string(), test::std_console());
     read_index index;
     ASSERT_EQ(r.build_read_index(index), 1);
     for (const auto& [name, bases] : fasta) {
@@ -95,14 +96,14 @@ TEST(RealSff, UnclippedReadsEqualTheVendorExtraction) {
 void expect_every_read_found(const std::string& leaf, const std::vector<std::string>& some_names,
                              std::size_t count) {
     const std::string path = test::data_file(leaf).string();
-    reader r(path);
+    reader r(path, test::std_console());
     read_index index;
     ASSERT_EQ(r.build_read_index(index), 1);
     ASSERT_EQ(index.size(), count);
     ASSERT_EQ(r.header_p1.number_of_reads, count);
     for (const auto& name : some_names) EXPECT_EQ(index.count(name), 1u) << name;
 
-    reader walker(path);
+    reader walker(path, test::std_console());
     walker.get_header();
     read_index walked;
     std::size_t n = 0;

@@ -3,26 +3,18 @@
 #include <iostream>
 #include <sstream>
 
-#include "common/end_process.h"
+#include "common/fatal_error.h"
 
 namespace pelkrin::test {
 namespace {
 
-struct process_ended {
-    int status;
-};
-
-// Restores the real streams and the exit hook however the body leaves.
+// Restores the real streams however the body leaves.
 class redirect {
 public:
-    redirect()
-        : old_out_(std::cout.rdbuf(out_.rdbuf())),
-          old_err_(std::cerr.rdbuf(err_.rdbuf())),
-          old_hook_(set_end_process_hook([](int status) { throw process_ended{status}; })) {}
+    redirect() : old_out_(std::cout.rdbuf(out_.rdbuf())), old_err_(std::cerr.rdbuf(err_.rdbuf())) {}
     ~redirect() {
         std::cout.rdbuf(old_out_);
         std::cerr.rdbuf(old_err_);
-        set_end_process_hook(old_hook_);
     }
     redirect(const redirect&) = delete;
     redirect& operator=(const redirect&) = delete;
@@ -35,18 +27,20 @@ private:
     std::ostringstream err_;
     std::streambuf* old_out_;
     std::streambuf* old_err_;
-    end_process_hook old_hook_;
 };
 
 }  // namespace
+
+console std_console() { return console{std::cout, std::cerr}; }
 
 captured run_captured(const std::function<void()>& body) {
     captured result;
     redirect r;
     try {
         body();
-    } catch (const process_ended& e) {
-        result.exit_status = e.status;
+    } catch (const fatal_error& e) {
+        std::cerr << e.message() << std::flush;
+        result.exit_status = e.status();
     }
     std::cout.clear();
     std::cerr.clear();

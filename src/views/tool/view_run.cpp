@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "ace/ace_reader.h"
+#include "common/fatal_error.h"
 #include "views/tool/colour_file.h"
 #include "views/tool/html_page.h"
 #include "views/tool/table_writers.h"
@@ -21,8 +22,8 @@ namespace {
 constexpr const char* prefix = "Pelkrin-view: ";
 
 // The first contig of the file with that name, if any.
-std::optional<contig> find_contig(const std::string& ace_file, const std::string& name) {
-    aceReader reader(ace_file);
+std::optional<contig> find_contig(const std::string& ace_file, const std::string& name, console messages) {
+    aceReader reader(ace_file, messages);
     for (;;) {
         contig c;
         if (!reader.next_contig(c)) return std::nullopt;
@@ -132,7 +133,13 @@ int run_view(const std::vector<std::string>& args, std::ostream& out, std::ostre
         colours = std::move(*loaded.colours);
     }
 
-    std::optional<contig> found = find_contig(o.ace_file, o.contig_name);
+    std::optional<contig> found;
+    try {
+        found = find_contig(o.ace_file, o.contig_name, console{out, err});
+    } catch (const fatal_error& e) {  // the ACE reader's own messages, as Pelkrin gives them
+        err << e.message() << std::flush;
+        return e.status();
+    }
     if (!found) {
         err << prefix << "contig " << o.contig_name << " not found in " << o.ace_file << std::endl;
         return 1;
