@@ -37,6 +37,8 @@ public:
     reader(std::string name, console messages);
     // Reads `bytes` as the file named `name`; they must outlive the reader.
     reader(std::string name, std::span<const std::uint8_t> bytes, console messages);
+    // Reads `bytes`, which the reader keeps, as the file named `name`.
+    reader(std::string name, std::vector<std::uint8_t> bytes, console messages);
 
     std::ostream& print_file_size();
     int check_magic_number();

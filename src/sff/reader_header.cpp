@@ -22,6 +22,11 @@ reader::reader(std::string name, std::span<const std::uint8_t> bytes, console me
     sff_file.use_memory(bytes);
 }
 
+reader::reader(std::string name, std::vector<std::uint8_t> bytes, console messages)
+    : file_name(std::move(name)), messages_(messages) {
+    sff_file.keep_memory(std::move(bytes));
+}
+
 void reader::report_short_read(std::size_t got, std::size_t block_size) {
     messages_.err << "Error ocurred while reading file " << file_name << std::endl;
     messages_.out << "Only got " << got << " bytes while " << block_size << " is need" << std::endl;

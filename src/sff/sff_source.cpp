@@ -56,6 +56,13 @@ void sff_source::use_memory(std::span<const std::uint8_t> bytes) {
     size_ = static_cast<std::int64_t>(bytes.size());
 }
 
+void sff_source::keep_memory(std::vector<std::uint8_t> bytes) {
+    use_memory({});
+    whole_file_ = std::move(bytes);
+    memory_ = whole_file_;
+    size_ = static_cast<std::int64_t>(whole_file_.size());
+}
+
 std::size_t sff_source::read_at(std::int64_t pos, std::uint8_t* dst, std::size_t n) const {
     if (pos < 0) return 0;
     std::size_t got = 0;

@@ -23,6 +23,8 @@ public:
     bool open(const std::string& path);
     // Reads from `bytes`, which must outlive this source.
     void use_memory(std::span<const std::uint8_t> bytes);
+    // Reads from `bytes`, kept by this source.
+    void keep_memory(std::vector<std::uint8_t> bytes);
     bool is_open() const { return fd_ >= 0 || in_memory_; }
 
     // The length of a regular file as found on opening (or by refresh()), or -1
@@ -54,7 +56,7 @@ private:
     int fd_ = -1;
     bool in_memory_ = false;
     std::span<const std::uint8_t> memory_;    // the bytes given, or the mapping
-    std::vector<std::uint8_t> whole_file_;   // a regular file that could not be mapped
+    std::vector<std::uint8_t> whole_file_;   // bytes kept: given, or a regular file that could not be mapped
     bool mapped_ = false;
     std::int64_t released_to_ = 0;           // mapped pages before this offset have been let go
     std::int64_t size_ = -1;

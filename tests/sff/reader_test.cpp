@@ -13,12 +13,6 @@ using test::build_sff;
 using test::read_from_flows;
 using test::sff_fixture;
 
-std::string write_bytes(const std::string& bytes, const std::string& leaf = "in.sff") {
-    auto path = test::scratch_dir() / leaf;
-    test::write_file(path, bytes);
-    return path.string();
-}
-
 sff_fixture three_reads(bool big_endian = true, bool pad = true) {
     sff_fixture f;
     f.big_endian = big_endian;
@@ -35,7 +29,7 @@ sff_fixture three_reads(bool big_endian = true, bool pad = true) {
 TEST(ReaderEdge, ZeroReadsGivesEmptyIndexWithoutReadingPastTheHeader) {
     sff_fixture f = three_reads();
     f.claimed_reads = 0;
-    reader r(write_bytes(build_sff(f).bytes), test::std_console());
+    reader r("in.sff", test::bytes_of(build_sff(f).bytes), test::std_console());
     read_index index;
     EXPECT_EQ(r.build_read_index(index), 1);
     EXPECT_TRUE(index.empty());
@@ -47,7 +41,7 @@ TEST(ReaderEdge, LaterRecordOfANameWins) {
     sff_fixture f = three_reads();
     f.reads[2].name = "readA";
     auto sff = build_sff(f);
-    reader r(write_bytes(sff.bytes), test::std_console());
+    reader r("in.sff", test::bytes_of(sff.bytes), test::std_console());
     read_index index;
     EXPECT_EQ(r.build_read_index(index), 1);
     ASSERT_EQ(index.size(), 2u);
@@ -59,11 +53,12 @@ TEST(ReaderEdge, HeaderClaimingMoreReadsThanTheFileHolds) {
     sff_fixture f = three_reads();
     f.claimed_reads = 7;
     auto sff = build_sff(f);
-    auto path = write_bytes(sff.bytes);
+    const std::string path = "in.sff";
+    const std::vector<std::uint8_t> contents = test::bytes_of(sff.bytes);
     read_index index;
     int result = -1;
     auto io = test::run_captured([&] {
-        reader r(path, test::std_console());
+        reader r(path, contents, test::std_console());
         result = r.build_read_index(index);
     });
     EXPECT_EQ(result, 0);
@@ -82,7 +77,7 @@ TEST(ReaderEdge, DataLengthMultipleOfEightIsFollowedDirectlyByTheNextRecord) {
     auto sff = build_sff(f);
     // Record a: 24-byte read header and 40 bytes of data.
     ASSERT_EQ(sff.record_offsets[1] - sff.record_offsets[0], 24 + 40);
-    reader r(write_bytes(sff.bytes), test::std_console());
+    reader r("in.sff", test::bytes_of(sff.bytes), test::std_console());
     read_index index;
     EXPECT_EQ(r.build_read_index(index), 1);
     EXPECT_EQ(index.at("b"), sff.record_offsets[1]);
@@ -95,11 +90,12 @@ TEST(ReaderEdge, DataLengthMultipleOfEightIsFollowedDirectlyByTheNextRecord) {
 // Decodes every record with get_read through the index and with the sequential walk.
 void expect_random_access_matches_walk(const sff_fixture& f) {
     auto sff = build_sff(f);
-    const std::string path = write_bytes(sff.bytes, f.big_endian ? "big.sff" : "little.sff");
-    reader indexed(path, test::std_console());
+    const std::string path = f.big_endian ? "big.sff" : "little.sff";
+    const std::vector<std::uint8_t> contents = test::bytes_of(sff.bytes);
+    reader indexed(path, contents, test::std_console());
     read_index index;
     ASSERT_EQ(indexed.build_read_index(index), 1);
-    reader walker(path, test::std_console());
+    reader walker(path, contents, test::std_console());
     walker.get_header();
     read_index walked;
     for (std::size_t i = 0; i < f.reads.size(); ++i) {
@@ -123,10 +119,11 @@ TEST(ReaderEdge, GetReadMatchesTheWalkLittleEndian) { expect_random_access_match
 TEST(ReaderEdge, GetReadMatchesTheWalkWithoutPadding) { expect_random_access_matches_walk(three_reads(true, false)); }
 
 TEST(ReaderEdge, GetNextReadStopsSilentlyAtTheCount) {
-    auto path = write_bytes(build_sff(three_reads()).bytes);
+    const std::string path = "in.sff";
+    const std::vector<std::uint8_t> contents = test::bytes_of(build_sff(three_reads()).bytes);
     int results[4] = {};
     auto io = test::run_captured([&] {
-        reader r(path, test::std_console());
+        reader r(path, contents, test::std_console());
         r.get_header();
         for (int& result : results) result = r.get_next_read();
         EXPECT_EQ(r.read_count, 3);
@@ -143,8 +140,8 @@ TEST(ReaderByteOrder, BothByteOrdersDecodeToTheSameReads) {
     for (bool pad : {true, false}) {
         sff_fixture big = three_reads(true, pad);
         sff_fixture little = three_reads(false, pad);
-        reader rb(write_bytes(build_sff(big).bytes, "big.sff"), test::std_console());
-        reader rl(write_bytes(build_sff(little).bytes, "little.sff"), test::std_console());
+        reader rb("big.sff", test::bytes_of(build_sff(big).bytes), test::std_console());
+        reader rl("little.sff", test::bytes_of(build_sff(little).bytes), test::std_console());
         read_index ib, il;
         ASSERT_EQ(rb.build_read_index(ib), 1);
         ASSERT_EQ(rl.build_read_index(il), 1);
@@ -165,7 +162,7 @@ TEST(ReaderByteOrder, BothByteOrdersDecodeToTheSameReads) {
 
 TEST(ReaderByteOrder, DecodedValuesOfEachRead) {
     for (bool big_endian : {true, false}) {
-        reader r(write_bytes(build_sff(three_reads(big_endian)).bytes), test::std_console());
+        reader r("in.sff", test::bytes_of(build_sff(three_reads(big_endian)).bytes), test::std_console());
         read_index index;
         ASSERT_EQ(r.build_read_index(index), 1);
         seqRead a;
@@ -184,7 +181,7 @@ TEST(ReaderByteOrder, DecodedValuesOfEachRead) {
 
 TEST(ReaderByteOrder, SequentialWalkTakesFlowgramsAsBigEndianInEitherOrder) {
     sff_fixture f = three_reads(false);
-    reader r(write_bytes(build_sff(f).bytes), test::std_console());
+    reader r("in.sff", test::bytes_of(build_sff(f).bytes), test::std_console());
     r.get_header();
     ASSERT_EQ(r.get_next_read(), 1);
     // 101 = 0x0065 stored little-endian as 65 00, taken big-endian: 0x6500.
@@ -205,7 +202,7 @@ TEST(ReaderFailure, MissingFileEndsTheRun) {
 }
 
 TEST(ReaderFailure, FailedSeekLeavesTheReadUnchanged) {
-    reader r(write_bytes(build_sff(three_reads()).bytes), test::std_console());
+    reader r("in.sff", test::bytes_of(build_sff(three_reads()).bytes), test::std_console());
     read_index index;
     r.build_read_index(index);
     seqRead s;
@@ -222,7 +219,7 @@ TEST(ReaderFailure, TruncatedLastRecordDecodesWhatItHolds) {
     auto sff = build_sff(three_reads());
     // Cut record C inside its quality scores: its 2 padding bytes and its last score are missing.
     const std::string cut = sff.bytes.substr(0, sff.bytes.size() - 3);
-    reader r(write_bytes(cut), test::std_console());
+    reader r("in.sff", test::bytes_of(cut), test::std_console());
     read_index index;
     ASSERT_EQ(r.build_read_index(index), 1);
     seqRead c;
@@ -240,10 +237,11 @@ TEST(ReaderFailure, NameLengthClaimingMoreThanTheFileHas) {
     std::string bytes = sff.bytes;
     const auto at = static_cast<std::size_t>(sff.record_offsets[2]);
     bytes[at + 2] = '\xFF';  // name_length 0xFF0D
-    auto path = write_bytes(bytes);
+    const std::string path = "in.sff";
+    const std::vector<std::uint8_t> contents = test::bytes_of(bytes);
     read_index index;
     test::run_captured([&] {
-        reader r(path, test::std_console());
+        reader r(path, contents, test::std_console());
         r.build_read_index(index);
         EXPECT_EQ(index.size(), 3u);
         seqRead s;
@@ -258,11 +256,12 @@ TEST(ReaderFailure, NumberOfBasesClaimingGigabytes) {
     std::string bytes = sff.bytes;
     const auto at = static_cast<std::size_t>(sff.record_offsets[1]);
     bytes[at + 4] = '\x7F';  // number_of_bases 0x7F000003
-    auto path = write_bytes(bytes);
+    const std::string path = "in.sff";
+    const std::vector<std::uint8_t> contents = test::bytes_of(bytes);
     read_index index;
     std::string err;
     auto io = test::run_captured([&] {
-        reader r(path, test::std_console());
+        reader r(path, contents, test::std_console());
         r.build_read_index(index);
         seqRead s;
         r.get_read(index.at("readB"), s);
@@ -283,7 +282,7 @@ TEST(ReaderChoice, ReadHeaderLengthSmallerThanTheNameMeansNoPadding) {
     const auto at = static_cast<std::size_t>(sff.record_offsets[0]);
     bytes[at] = 0;
     bytes[at + 1] = 10;  // read_header_length 10 < 16 + 5
-    reader r(write_bytes(bytes), test::std_console());
+    reader r("in.sff", test::bytes_of(bytes), test::std_console());
     read_index index;
     ASSERT_EQ(r.build_read_index(index), 1);
     ASSERT_EQ(index.size(), 3u);
@@ -298,7 +297,7 @@ TEST(ReaderPerformance, IndexWalkFetchesOnlyRecordHeaders) {
     f.flows = 4000;  // 8000 flowgram bytes per record
     for (int i = 0; i < 50; ++i) f.reads.push_back(read_from_flows(std::string("read").append(std::to_string(i)), {0, 5}, {30, 30}, 4000));
     auto sff = build_sff(f);
-    reader r(write_bytes(sff.bytes), test::std_console());
+    reader r("in.sff", test::bytes_of(sff.bytes), test::std_console());
     read_index index;
     ASSERT_EQ(r.build_read_index(index), 1);
     ASSERT_EQ(index.size(), 50u);
@@ -311,7 +310,7 @@ TEST(ReaderPerformance, RandomAccessFetchesAboutOneRecord) {
     sff_fixture f = three_reads();
     for (int i = 0; i < 200; ++i) f.reads.push_back(read_from_flows(std::string("r").append(std::to_string(i)), {0, 1}, {20, 21}, 8));
     auto sff = build_sff(f);
-    reader r(write_bytes(sff.bytes), test::std_console());
+    reader r("in.sff", test::bytes_of(sff.bytes), test::std_console());
     read_index index;
     r.build_read_index(index);
     const auto before = r.sff_file.bytes_read();
@@ -323,9 +322,10 @@ TEST(ReaderPerformance, RandomAccessFetchesAboutOneRecord) {
 
 TEST(Reader, PrintFileSizeLeavesTheStreamAtTheEnd) {
     auto sff = build_sff(three_reads());
-    auto path = write_bytes(sff.bytes);
+    const std::string path = "in.sff";
+    const std::vector<std::uint8_t> contents = test::bytes_of(sff.bytes);
     auto io = test::run_captured([&] {
-        reader r(path, test::std_console());
+        reader r(path, contents, test::std_console());
         r.print_file_size();
         EXPECT_EQ(r.state().pos, static_cast<std::int64_t>(sff.bytes.size()));
         EXPECT_EQ(r.get_header(), 1);
@@ -336,11 +336,11 @@ TEST(Reader, PrintFileSizeLeavesTheStreamAtTheEnd) {
 TEST(Reader, IndexKeyIsCutAtAZeroByte) {
     sff_fixture f = three_reads();
     f.reads[1].name = std::string("rea\0dB", 6);
-    reader r(write_bytes(build_sff(f).bytes), test::std_console());
+    reader r("in.sff", test::bytes_of(build_sff(f).bytes), test::std_console());
     read_index index;
     ASSERT_EQ(r.build_read_index(index), 1);
     EXPECT_EQ(index.count("rea"), 1u);
-    reader w(write_bytes(build_sff(f).bytes, "again.sff"), test::std_console());
+    reader w("again.sff", test::bytes_of(build_sff(f).bytes), test::std_console());
     w.get_header();
     read_index walked;
     while (w.get_next_read(walked) == 1) {
@@ -349,7 +349,7 @@ TEST(Reader, IndexKeyIsCutAtAZeroByte) {
 }
 
 TEST(Reader, RebuildingTheIndexRestartsTheCount) {
-    reader r(write_bytes(build_sff(three_reads()).bytes), test::std_console());
+    reader r("in.sff", test::bytes_of(build_sff(three_reads()).bytes), test::std_console());
     read_index index;
     ASSERT_EQ(r.build_read_index(index), 1);
     ASSERT_EQ(r.build_read_index(index), 1);

@@ -15,12 +15,6 @@ namespace {
 using test::build_sff;
 using test::sff_fixture;
 
-std::string write_sff(const sff_fixture& f, const std::string& leaf = "in.sff") {
-    auto path = test::scratch_dir() / leaf;
-    test::write_file(path, build_sff(f).bytes);
-    return path.string();
-}
-
 sff_fixture two_reads(bool big_endian) {
     sff_fixture f;
     f.big_endian = big_endian;
@@ -32,7 +26,7 @@ sff_fixture two_reads(bool big_endian) {
 TEST(SffHeaderEdge, StandardMagicDecodesBigEndian) {
     sff_fixture f = two_reads(true);
     f.index_length = 0x01020304;
-    reader r(write_sff(f), test::std_console());
+    reader r("in.sff", test::bytes_of(build_sff(f).bytes), test::std_console());
     ASSERT_EQ(r.get_header(), 1);
     EXPECT_EQ(r.swap_bytes, 1);
     EXPECT_EQ(r.header_p1.index_length, 0x01020304u);
@@ -51,7 +45,7 @@ TEST(SffHeaderEdge, StandardMagicDecodesBigEndian) {
 TEST(SffHeaderEdge, ReversedMagicDecodesLittleEndian) {
     sff_fixture f = two_reads(false);
     f.index_length = 0x01020304;
-    reader r(write_sff(f), test::std_console());
+    reader r("in.sff", test::bytes_of(build_sff(f).bytes), test::std_console());
     ASSERT_EQ(r.get_header(), 1);
     EXPECT_EQ(r.swap_bytes, 0);
     EXPECT_EQ(r.header_p1.index_length, 0x01020304u);
@@ -62,12 +56,12 @@ TEST(SffHeaderEdge, ReversedMagicDecodesLittleEndian) {
 }
 
 TEST(SffHeaderEdge, OtherMagicIsNotSff) {
-    auto path = test::scratch_dir() / "bad.sff";
+    const std::filesystem::path path = "bad.sff";
     std::string bytes = build_sff(two_reads(true)).bytes;
     bytes[0] = 'X';
-    test::write_file(path, bytes);
+    const std::vector<std::uint8_t> contents = test::bytes_of(bytes);
     auto io = test::run_captured([&] {
-        reader r(path.string(), test::std_console());
+        reader r(path.string(), contents, test::std_console());
         r.get_header();
     });
     EXPECT_EQ(io.exit_status, 1);
@@ -76,12 +70,12 @@ TEST(SffHeaderEdge, OtherMagicIsNotSff) {
 }
 
 TEST(SffHeaderEdge, MagicWithOnlyHalfReversedIsNotSff) {
-    auto path = test::scratch_dir() / "half.sff";
+    const std::filesystem::path path = "half.sff";
     std::string bytes = build_sff(two_reads(true)).bytes;
     bytes.replace(0, 4, "sf.f");
-    test::write_file(path, bytes);
+    const std::vector<std::uint8_t> contents = test::bytes_of(bytes);
     auto io = test::run_captured([&] {
-        reader r(path.string(), test::std_console());
+        reader r(path.string(), contents, test::std_console());
         r.get_header();
     });
     EXPECT_EQ(io.exit_status, 1);
@@ -90,11 +84,11 @@ TEST(SffHeaderEdge, MagicWithOnlyHalfReversedIsNotSff) {
 TEST(SffHeaderEdge, FileShorterThan31BytesGivesShortReadReport) {
     const std::string full = build_sff(two_reads(true)).bytes;
     for (std::size_t length = 0; length <= 30; ++length) {
-        auto path = test::scratch_dir() / "short.sff";
-        test::write_file(path, full.substr(0, length));
+        const std::filesystem::path path = "short.sff";
+        const std::vector<std::uint8_t> contents = test::bytes_of(full.substr(0, length));
         int result = -1;
         auto io = test::run_captured([&] {
-            reader r(path.string(), test::std_console());
+            reader r(path.string(), contents, test::std_console());
             result = r.get_header();
             EXPECT_TRUE(r.state().good()) << "state cleared after the report";
         });
@@ -106,10 +100,10 @@ TEST(SffHeaderEdge, FileShorterThan31BytesGivesShortReadReport) {
 }
 
 TEST(SffHeaderEdge, ShortHeaderKeepsWhatTheReadDelivered) {
-    auto path = test::scratch_dir() / "short.sff";
-    test::write_file(path, build_sff(two_reads(true)).bytes.substr(0, 24));
+    const std::filesystem::path path = "short.sff";
+    const std::vector<std::uint8_t> contents = test::bytes_of(build_sff(two_reads(true)).bytes.substr(0, 24));
     test::run_captured([&] {
-        reader r(path.string(), test::std_console());
+        reader r(path.string(), contents, test::std_console());
         r.get_header();
         EXPECT_EQ(std::string(reinterpret_cast<const char*>(r.header_p1.magic_number), 4), ".sff");
         // Not converted: the short read stops before the magic test and the byte swap.
@@ -121,7 +115,7 @@ TEST(SffHeaderEdge, ShortHeaderKeepsWhatTheReadDelivered) {
 TEST(SffHeaderEdge, ZeroKeyLengthGivesEmptyKeyLine) {
     sff_fixture f = two_reads(true);
     f.key = "";
-    reader r(write_sff(f), test::std_console());
+    reader r("in.sff", test::bytes_of(build_sff(f).bytes), test::std_console());
     ASSERT_EQ(r.get_header(), 1);
     EXPECT_TRUE(r.header_p2.key_sequence.empty());
     std::ostringstream out;
@@ -133,7 +127,7 @@ TEST(SffHeaderEdge, ZeroKeyLengthGivesEmptyKeyLine) {
 TEST(SffHeaderEdge, PrintOfVersionOneHeader) {
     sff_fixture f = two_reads(true);
     f.index_length = 77;
-    reader r(write_sff(f), test::std_console());
+    reader r("in.sff", test::bytes_of(build_sff(f).bytes), test::std_console());
     ASSERT_EQ(r.get_header(), 1);
     std::ostringstream out;
     r.header_p1.print(out);
@@ -144,11 +138,11 @@ TEST(SffHeaderEdge, IndexOffsetIsNeverConverted) {
     sff_fixture f = two_reads(true);
     // The writer puts these eight bytes in file order 01 00 00 00 00 00 00 00.
     f.index_offset = 1;
-    reader r(write_sff(f), test::std_console());
+    reader r("in.sff", test::bytes_of(build_sff(f).bytes), test::std_console());
     ASSERT_EQ(r.get_header(), 1);
     EXPECT_EQ(r.header_p1.index_offset, 1u);
     f.index_offset = 0x0100000000000000ull;
-    reader big(write_sff(f, "second.sff"), test::std_console());
+    reader big("second.sff", test::bytes_of(build_sff(f).bytes), test::std_console());
     ASSERT_EQ(big.get_header(), 1);
     EXPECT_EQ(big.header_p1.index_offset, 0x0100000000000000ull);
 }
@@ -167,7 +161,7 @@ TEST(SffHeaderEdge, FlowCountOf32768OrMoreIsSurvived) {
     sff_fixture f;
     f.flows = 40000;
     f.reads.push_back(test::read_from_flows("r1", {0, 1}, {30, 31}, 40000));
-    reader r(write_sff(f), test::std_console());
+    reader r("in.sff", test::bytes_of(build_sff(f).bytes), test::std_console());
     ASSERT_EQ(r.get_header(), 1);
     EXPECT_TRUE(r.header_p2.flow_chars.empty());
     EXPECT_EQ(std::string(r.header_p2.key_sequence.begin(), r.header_p2.key_sequence.end()), "TCAG");
@@ -182,7 +176,7 @@ TEST(SffHeaderEdge, FlowCountOf32768OrMoreIsSurvived) {
 }
 
 TEST(SffHeader, GetHeaderTwiceGivesTheSameResult) {
-    reader r(write_sff(two_reads(true)), test::std_console());
+    reader r("in.sff", test::bytes_of(build_sff(two_reads(true)).bytes), test::std_console());
     ASSERT_EQ(r.get_header(), 1);
     const auto first = r.header_p1.number_of_reads;
     const auto chars = r.header_p2.flow_chars;
@@ -195,7 +189,7 @@ TEST(SffHeader, GetHeaderTwiceGivesTheSameResult) {
 TEST(SffHeader, UnpaddedHeaderStartsReadsRightAfterTheKey) {
     sff_fixture f = two_reads(true);
     f.pad_headers = false;
-    reader r(write_sff(f), test::std_console());
+    reader r("in.sff", test::bytes_of(build_sff(f).bytes), test::std_console());
     ASSERT_EQ(r.get_header(), 1);
     EXPECT_EQ(r.header_p1.header_length, 43u);
     EXPECT_EQ(r.state().pos, 43);

@@ -53,4 +53,6 @@ std::filesystem::path source_file(std::string_view name) {
     return std::filesystem::path(PELKRIN_SOURCE_DIR) / name;
 }
 
+std::vector<std::uint8_t> bytes_of(std::string_view text) { return {text.begin(), text.end()}; }
+
 }  // namespace pelkrin::test

@@ -1,6 +1,8 @@
 #pragma once
 // Scratch files and folders for tests, and whole-file reads and writes.
+#include <cstdint>
 #include <filesystem>
+#include <vector>
 #include <string>
 #include <string_view>
 
@@ -13,6 +15,8 @@ std::filesystem::path scratch_root();
 
 std::string read_file(const std::filesystem::path& p);
 void write_file(const std::filesystem::path& p, std::string_view bytes);
+// The bytes of a text, as a reader takes a file's contents in memory.
+std::vector<std::uint8_t> bytes_of(std::string_view text);
 
 // A file of ../shared/data, beside the project.
 std::filesystem::path data_file(std::string_view name);
