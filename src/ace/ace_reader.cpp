@@ -149,6 +149,13 @@ bool aceReader::read_rd_section(contig& target, line_scanner& scanner, std::stri
 }
 
 bool aceReader::next_contig(contig& target) {
+    contig_begun_ = false;
+    const bool whole = read_contig(target);
+    ended_inside_contig_ = !whole && contig_begun_;
+    return whole;
+}
+
+bool aceReader::read_contig(contig& target) {
     if (file_name.empty()) {
         messages_.err << "Error: there is no ACE file open!" << std::endl;
         return false;
@@ -169,7 +176,10 @@ bool aceReader::next_contig(contig& target) {
 
         switch (expected) {
             case co_index: {
+                contig_begun_ = true;
+                co_line_had_cr_ = !line.empty() && line.back() == '\r';
                 scanner.word(target.name);
+                begun_name_ = target.name;
                 scanner.number(target.base_num);
                 scanner.number(target.read_num);
                 scanner.number(target.seg_num);

@@ -36,13 +36,25 @@ public:
     // when the contig was read up to its last RD record; false at the end of
     // input, when no file was opened, or when the file announced no contigs.
     bool next_contig(contig& target);
+    // After next_contig returned false: true when the input ended inside a
+    // contig, after its CO record; the contig's name, and whether its CO line
+    // ended with a carriage return (a file with CR LF line ends has no blank
+    // lines, so its first contig runs on to the end of the file).
+    bool ended_inside_contig() const { return ended_inside_contig_; }
+    const std::string& unfinished_contig() const { return begun_name_; }
+    bool unfinished_contig_had_cr() const { return co_line_had_cr_; }
     // Appends up to `max_count` freshly read contigs; returns how many.
     int32_t next_contig(std::vector<contig>& out, int16_t max_count);
 
 private:
     console messages_;
+    bool contig_begun_ = false;         // this call has handled a CO record
+    bool ended_inside_contig_ = false;
+    std::string begun_name_;            // the name on the last CO line
+    bool co_line_had_cr_ = false;
 
     void read_header();
+    bool read_contig(contig& target);
     // Both take the lines up to the next blank one and return false when the
     // input ended first; the second gathers them into `buffer`.
     bool skip_block();

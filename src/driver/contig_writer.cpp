@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/fatal_error.h"
 #include "driver/reads_writer.h"
 
 namespace pelkrin {
@@ -47,7 +48,13 @@ void contig_writer::start() {
     if (!thread_.joinable() && !finished_) thread_ = std::thread([this] { work(); });
 }
 
-contig_writer::~contig_writer() { finish(); }
+contig_writer::~contig_writer() {
+    try {
+        finish();
+    } catch (const fatal_error&) {
+        // Only while an error already ends the run: its own failure is not news.
+    }
+}
 
 void contig_writer::fetch_ahead(job& j, std::size_t n) {
     if (!spare_blocks_.empty()) {
@@ -64,6 +71,7 @@ void contig_writer::fetch_ahead(job& j, std::size_t n) {
 void contig_writer::add(job&& j) {
     {
         std::unique_lock lock(mutex_);
+        if (!failed_file_.empty()) throw fatal_error(1, "can not write file " + failed_file_ + "\n");
         if (block_size_ == 0) block_size_ = sff_.record_block();
         changed_.wait(lock, [&] { return queue_.empty() || queued_reads_ + j.reads() <= most_queued_reads; });
         queued_reads_ += j.reads();
@@ -130,11 +138,10 @@ void contig_writer::finish() {
     changed_.notify_all();
     thread_.join();
     finished_ = true;
+    if (!failed_file_.empty()) throw fatal_error(1, "can not write file " + failed_file_ + "\n");
 }
 
 void contig_writer::work() {
-    reads_out_.empty_now();
-    index_out_.empty_now();
     while (true) {
         job j;
         {
@@ -149,9 +156,14 @@ void contig_writer::work() {
             queued_reads_ -= j.reads();
         }
         changed_.notify_all();
-        write(j);
+        // After a failed write the rest is dropped: the run is over.
+        if (failed_file_.empty()) write(j);
         {
             std::lock_guard lock(mutex_);
+            if (failed_file_.empty()) {
+                if (reads_out_.write_failed()) failed_file_ = reads_out_.name();
+                else if (index_out_.write_failed()) failed_file_ = index_out_.name();
+            }
             written_ += j.reads();
             fetched_ahead_ += j.block_lengths.size();
             fetched_reads_ -= j.block_lengths.size();

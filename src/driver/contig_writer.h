@@ -68,14 +68,16 @@ public:
 
     void start();
     // Queues a contig, then helps once; waits while the queue already holds
-    // very many reads, so that memory stays bounded.
+    // very many reads, so that memory stays bounded. Throws fatal_error ("can
+    // not write file") once a write to either output has failed.
     void add(job&& j);
     // Fetches ahead the records of one queued contig the writer has not reached,
     // if it is behind and the memory for fetched records allows; false when
     // there was nothing to do.
     bool help();
     // Helps while there is work, writes everything queued, then stops the
-    // thread. Safe to call more than once.
+    // thread; throws fatal_error when a write failed. Safe to call more than
+    // once: later calls do nothing.
     void finish();
 
     // Reads written with a record fetched ahead, of all reads written.
@@ -114,6 +116,7 @@ private:
     std::uint64_t fetched_ahead_ = 0;
     std::uint64_t written_ = 0;
     bool finished_ = false;
+    std::string failed_file_;  // the output whose write failed first, by the writer's thread
     std::thread thread_;
 };
 

@@ -4,50 +4,98 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <utility>
+
+#include "driver/temporary_files.h"
+
 namespace pelkrin {
 namespace {
 
 constexpr std::size_t buffer_size = std::size_t{1} << 20;
 
+// The mode a file created by fopen would get.
+mode_t creation_mode() {
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
+std::string folder_of(const std::string& path) {
+    const auto slash = path.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// The file a chain of symbolic links ends at, or `path` when it is no link.
+// A link whose target is absent still names where the file goes.
+std::string link_target(const std::string& path) {
+    std::string at = path;
+    for (int hops = 0; hops < 40; ++hops) {
+        struct stat st {};
+        if (::lstat(at.c_str(), &st) != 0 || !S_ISLNK(st.st_mode)) return at;
+        std::string target(PATH_MAX, '\0');
+        const ssize_t n = ::readlink(at.c_str(), target.data(), target.size());
+        if (n <= 0) return at;
+        target.resize(static_cast<std::size_t>(n));
+        at = target.front() == '/' ? target : folder_of(at) + "/" + target;
+    }
+    return at;
+}
+
 }  // namespace
 
-output_file::output_file(const std::string& path, emptying when) : buf_(buffer_size) {
-    if (when == emptying::on_open) {
-        file_ = std::fopen(path.c_str(), "w");
-    } else {
-        // What fopen(path, "w") does, but for emptying the file.
-        const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
-        if (fd >= 0) {
-            file_ = ::fdopen(fd, "w");
-            if (file_ == nullptr) ::close(fd);
-        }
-    }
-    if (file_ == nullptr) {
-        failed_ = true;
+output_file::output_file(std::string path) : name_(std::move(path)), buf_(buffer_size) {
+    final_path_ = link_target(name_);
+    struct stat st {};
+    const bool exists = ::stat(final_path_.c_str(), &st) == 0;
+    if (exists && !S_ISREG(st.st_mode)) {
+        open_in_place();  // a device or a FIFO: written as it is
         return;
     }
+    // The last part of the name, hidden, with a unique ending.
+    const auto slash = final_path_.rfind('/');
+    const std::string leaf = slash == std::string::npos ? final_path_ : final_path_.substr(slash + 1);
+    std::string temp = folder_of(final_path_) + "/." + leaf + ".XXXXXX";
+    const int fd = ::mkostemp(temp.data(), O_CLOEXEC);
+    if (fd < 0) {
+        open_in_place();  // a folder that admits no new file: the file itself may still be writable
+        return;
+    }
+    // As the file would have been: its own mode when it exists, else a new file's.
+    ::fchmod(fd, exists ? (st.st_mode & 07777) : creation_mode());
+    file_ = ::fdopen(fd, "w");
+    if (file_ == nullptr) {
+        ::close(fd);
+        ::unlink(temp.c_str());
+        return;
+    }
+    temp_path_ = temp;
+    register_temporary_file(temp_path_);
     std::setvbuf(file_, nullptr, _IONBF, 0);  // this class's buffer is the only one
+    seekable_ = true;
+}
+
+bool output_file::open_in_place() {
+    file_ = std::fopen(name_.c_str(), "w");
+    if (file_ == nullptr) return false;
+    std::setvbuf(file_, nullptr, _IONBF, 0);
     struct stat st {};
     // Positions are only meaningful for a file that can seek (not a pipe).
     seekable_ = ::fstat(::fileno(file_), &st) == 0 && S_ISREG(st.st_mode);
-    // Opening for writing empties only regular files (not a pipe or a terminal).
-    to_empty_ = when == emptying::later && seekable_;
-}
-
-void output_file::empty_now() {
-    if (!to_empty_) return;
-    to_empty_ = false;
-    if (::ftruncate(::fileno(file_), 0) != 0) failed_ = true;
+    return true;
 }
 
 bool output_file::same_file_as(const std::string& path) const {
     struct stat mine {};
     struct stat other {};
-    return file_ != nullptr && ::fstat(::fileno(file_), &mine) == 0 && ::stat(path.c_str(), &other) == 0 &&
+    return ::stat(final_path_.c_str(), &mine) == 0 && ::stat(path.c_str(), &other) == 0 &&
            mine.st_dev == other.st_dev && mine.st_ino == other.st_ino;
 }
 
-output_file::~output_file() { close(); }
+output_file::~output_file() { finish(); }
 
 void output_file::make_room(std::size_t n) {
     flush();
@@ -55,24 +103,34 @@ void output_file::make_room(std::size_t n) {
 }
 
 void output_file::flush() {
-    if (file_ == nullptr || used_ == 0) return;
-    empty_now();  // a no-op unless the owner forgot
-    if (std::fwrite(buf_.data(), 1, used_, file_) != used_) failed_ = true;
+    if (used_ == 0) return;
+    if (file_ != nullptr && !write_failed_ && std::fwrite(buf_.data(), 1, used_, file_) != used_) {
+        write_failed_ = true;
+    }
     flushed_ += static_cast<std::int64_t>(used_);
     used_ = 0;
 }
 
 std::int64_t output_file::tellp() const {
-    if (failed_ || !seekable_) return -1;
+    if (write_failed_ || !seekable_ || file_ == nullptr) return -1;
     return flushed_ + static_cast<std::int64_t>(used_);
 }
 
-void output_file::close() {
-    if (file_ == nullptr) return;
-    empty_now();
+bool output_file::finish() {
+    if (finished_) return !write_failed_;
+    finished_ = true;
+    if (file_ == nullptr) return false;
     flush();
-    if (std::fclose(file_) != 0) failed_ = true;  // a failing close is not reported
+    if (std::fclose(file_) != 0) write_failed_ = true;
     file_ = nullptr;
+    if (!temp_path_.empty()) {
+        if (std::rename(temp_path_.c_str(), final_path_.c_str()) != 0) {
+            write_failed_ = true;
+            ::unlink(temp_path_.c_str());
+        }
+        unregister_temporary_file(temp_path_);
+    }
+    return !write_failed_;
 }
 
 }  // namespace pelkrin

@@ -1,11 +1,19 @@
 #pragma once
 // A text output file written through a large buffer, so that a line costs no
-// system call. Whatever has been written reaches the file when it is closed or
-// destroyed, also when the run ends early through an exception.
+// system call.
+//
+// A file that is absent or regular is written under a temporary name in its
+// folder and put in place of its name by finish(), which the destructor calls
+// too (so a run that ends with an error still leaves what it wrote). A run
+// killed by a signal removes the temporary file and leaves the previous file
+// untouched (see temporary_files.h). A symbolic link is followed: the file it
+// names is replaced and the link stays a link. Any other kind of file (a
+// device, a FIFO), or a file whose folder admits no new file, is written in
+// place, emptied on opening.
 #include <charconv>
-#include <cstring>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,24 +24,19 @@ namespace pelkrin {
 
 class output_file {
 public:
-    // When a file that exists is emptied: on opening, or by empty_now() before
-    // the first write. Emptying a large file left by an earlier run takes a
-    // while, which another thread can spend.
-    enum class emptying { on_open, later };
-
-    // Creates the file, or opens it to be emptied when it exists.
-    explicit output_file(const std::string& path, emptying when = emptying::on_open);
+    // Opens the file as described above.
+    explicit output_file(std::string path);
     ~output_file();
     output_file(const output_file&) = delete;
     output_file& operator=(const output_file&) = delete;
 
-    // True when the file could not be opened, or a write to it has failed.
-    bool failed() const { return failed_; }
-
-    // Empties a file opened with emptying::later, once; closing does it too, so
-    // the file never keeps what it held before.
-    void empty_now();
-    // True when `path` names the file this one writes to.
+    // The name it was opened by.
+    const std::string& name() const { return name_; }
+    // True when the file could not be opened.
+    bool failed_to_open() const { return file_ == nullptr && !finished_; }
+    // True once a write to the file has failed; what is written after that is dropped.
+    bool write_failed() const { return write_failed_; }
+    // True when `path` names the file this one will stand at.
     bool same_file_as(const std::string& path) const;
 
     void write(std::string_view text) {
@@ -76,24 +79,31 @@ public:
         used_ += static_cast<std::size_t>(out - start);
     }
 
-    // Bytes written so far, counted from the start of the file; -1 when the
-    // stream has failed or the file cannot report positions.
+    // Bytes written so far, counted from the start of the file; -1 once a write
+    // has failed or when the file cannot report positions (a pipe, a device).
     std::int64_t tellp() const;
-    void close();
+    // Writes what is buffered, closes the file and puts it in place of its name.
+    // False when any write, the close or the renaming failed. Once only.
+    bool finish();
 
 private:
     static constexpr std::size_t max_number_chars = 24;
 
+    // Opens `name_` in place, emptying it; false when it cannot.
+    bool open_in_place();
     void make_room(std::size_t n);
     void flush();
 
+    std::string name_;
+    std::string final_path_;  // where the temporary file goes at the end: the name, or the file a link names
+    std::string temp_path_;   // empty when written in place
     std::FILE* file_ = nullptr;
     std::vector<char> buf_;
     std::size_t used_ = 0;
     std::int64_t flushed_ = 0;
     bool seekable_ = false;
-    bool failed_ = false;
-    bool to_empty_ = false;
+    bool write_failed_ = false;
+    bool finished_ = false;
 };
 
 }  // namespace pelkrin

@@ -1,5 +1,7 @@
 #include "driver/run.h"
 
+#include <sys/stat.h>
+
 #include <ostream>
 #include <string_view>
 #include <utility>
@@ -15,8 +17,50 @@
 namespace pelkrin {
 namespace {
 
-void check_opened(const output_file& out, const std::string& name) {
-    if (out.failed()) throw fatal_error(1, "can not open file " + name + "\n");
+bool same_file(const std::string& a, const std::string& b) {
+    struct stat sa {};
+    struct stat sb {};
+    return ::stat(a.c_str(), &sa) == 0 && ::stat(b.c_str(), &sb) == 0 && sa.st_dev == sb.st_dev &&
+           sa.st_ino == sb.st_ino;
+}
+
+// An output that is one of the inputs (by name, hard link or symbolic link)
+// would be destroyed before it is read.
+void refuse_to_overwrite_inputs(const run_request& request) {
+    for (const std::string* output : {&request.reads_file, &request.index_file}) {
+        for (const std::string* input : {&request.ace_file, &request.sff_file}) {
+            if (same_file(*output, *input)) {
+                throw fatal_error(1, "Error: output file " + *output + " would overwrite input file " + *input + "\n");
+            }
+        }
+    }
+}
+
+void check_opened(const output_file& out) {
+    if (out.failed_to_open()) throw fatal_error(1, "can not open file " + out.name() + "\n");
+}
+
+void finish_output(output_file& out) {
+    if (!out.finish()) throw fatal_error(1, "can not write file " + out.name() + "\n");
+}
+
+// What keeps the outputs from being complete, one message a line; empty when nothing does.
+std::string incomplete_inputs(const run_request& request, const aceReader& ace, const reader& sff) {
+    std::string problems;
+    if (ace.ended_inside_contig()) {
+        problems += "Error: the ACE file " + request.ace_file + " ends inside contig " + ace.unfinished_contig();
+        if (ace.unfinished_contig_had_cr()) problems += " (its lines end with CR LF)";
+        problems += "\n";
+    }
+    if (!sff.walk_complete()) {
+        // A walk that found every record counted the last one, which the file cut short.
+        const std::uint64_t found = sff.read_count >= sff.header_p1.number_of_reads && sff.read_count > 0
+                                        ? static_cast<std::uint64_t>(sff.read_count) - 1
+                                        : static_cast<std::uint64_t>(sff.read_count);
+        problems += "Error: the SFF file " + request.sff_file + " ends after " + std::to_string(found) + " of its " +
+                    std::to_string(sff.header_p1.number_of_reads) + " reads\n";
+    }
+    return problems;
 }
 
 void print_completion(const run_request& request, std::ostream& out) {
@@ -24,30 +68,26 @@ void print_completion(const run_request& request, std::ostream& out) {
     out << " Tavrin QDX file:\t" << request.index_file << std::endl;
     out << " Tavrin READS file:\t" << request.reads_file << std::endl;
     out << PRG << " (" << VERSION << ")\t" << AUTHORSHIP << std::endl << std::endl;
+    if (!out) throw fatal_error(1, "can not write standard output\n");
 }
 
 }  // namespace
 
 int run(const run_request& request, console messages) {
     reader sff(request.sff_file, messages);
-    // A header cut short is reported here and again by the index walk; the run
-    // goes on, so that the outputs still name every read of the assembly.
-    sff.get_header();
+    // Nothing can be read at a position of a pipe, a directory or a device.
+    if (!sff.is_regular_file()) {
+        throw fatal_error(1, "Error: the SFF file " + request.sff_file + " is not a regular file\n");
+    }
+    // A header cut short has been reported: the reads cannot be found.
+    if (sff.get_header() == 0) throw fatal_error(1, "");
     aceReader ace(request.ace_file, messages);
 
-    // Emptied on the writer's thread while this one builds the read index,
-    // unless an output is also an input: that one is emptied now, as opening it would.
-    output_file reads_out(request.reads_file, output_file::emptying::later);
-    output_file index_out(request.index_file, output_file::emptying::later);
-    check_opened(reads_out, request.reads_file);
-    check_opened(index_out, request.index_file);
-    for (output_file* out : {&reads_out, &index_out}) {
-        if (out->same_file_as(request.ace_file)) out->empty_now();
-        if (out->same_file_as(request.sff_file)) {
-            out->empty_now();
-            sff.sff_file.refresh();  // its mapping must not be read past the new end
-        }
-    }
+    refuse_to_overwrite_inputs(request);
+    output_file reads_out(request.reads_file);
+    output_file index_out(request.index_file);
+    check_opened(reads_out);
+    check_opened(index_out);
 
     // Parsing and look-ups on this thread; decoding and writing on the writer's.
     // The writer leaves the SFF reader alone until it gets its first contig.
@@ -72,8 +112,10 @@ int run(const run_request& request, console messages) {
         writer.add(std::move(j));
     }
     writer.finish();
-    reads_out.close();
-    index_out.close();
+    finish_output(reads_out);
+    finish_output(index_out);
+    const std::string problems = incomplete_inputs(request, ace, sff);
+    if (!problems.empty()) throw fatal_error(1, problems);
     print_completion(request, messages.out);
     return 0;
 }

@@ -40,4 +40,9 @@ inline uint32_t reverse_bytes32(uint32_t v) {
     return (v >> 24) | ((v >> 8) & 0x0000FF00u) | ((v << 8) & 0x00FF0000u) | (v << 24);
 }
 
+inline uint64_t reverse_bytes64(uint64_t v) {
+    return (static_cast<uint64_t>(reverse_bytes32(static_cast<uint32_t>(v))) << 32) |
+           reverse_bytes32(static_cast<uint32_t>(v >> 32));
+}
+
 }  // namespace pelkrin

@@ -57,12 +57,19 @@ public:
     int get_next_read(read_index& index);
     int get_next_read();
 
+    // The file is a regular file (not a pipe, a directory or a device).
+    bool is_regular_file() const { return sff_file.size() >= 0; }
+    // The last build_read_index found every record the header announces, the
+    // last one whole: the file was not cut short.
+    bool walk_complete() const { return walk_complete_; }
+
     // Where the reader's stream stands.
     const stream_state& state() const { return state_; }
 
 private:
     console messages_;
     stream_state state_;
+    bool walk_complete_ = false;
     // Bytes read for the header, a record's first block, the rest of a long record; reused.
     std::vector<std::uint8_t> header_;
     std::vector<std::uint8_t> block_;
@@ -76,6 +83,9 @@ private:
     bool seek_to(std::int64_t pos);
     const sff_read& decode_at(std::int64_t pos, std::span<const std::uint8_t> bytes, seqRead& out);
     int sequential_step(read_index* index);
+    // Where a record found at `pos` begins: past the file's own index block
+    // when that stands there (the format lets it stand among the records).
+    std::int64_t past_index_block(std::int64_t pos) const;
     void report_short_read(std::size_t got, std::size_t block_size);
     void report_end_of_file();
 };

@@ -1,17 +1,32 @@
 // The sequential walks over the read records: the index build and get_next_read.
 #include <algorithm>
 
+#include "sff/byte_order.h"
 #include "sff/reader.h"
 #include "sff/record_decode.h"
 
 namespace pelkrin {
 
+std::int64_t reader::past_index_block(std::int64_t pos) const {
+    if (header_p1.index_length == 0) return pos;
+    // The offset is kept as the file's bytes read little-endian; in a big-endian
+    // file its value is the reverse.
+    const std::uint64_t at = swap_bytes == 1 ? reverse_bytes64(header_p1.index_offset) : header_p1.index_offset;
+    if (at == 0 || static_cast<std::uint64_t>(pos) != at) return pos;
+    const std::uint64_t end = at + header_p1.index_length;
+    return static_cast<std::int64_t>((end + 7) / 8 * 8);
+}
+
 int reader::build_read_index(read_index& index) {
     read_count = 0;
+    walk_complete_ = false;
     get_header();
     const std::uint64_t flowgram_bytes = std::uint64_t{cur_read.numOfFlows} * 2;
 
-    if (read_count >= header_p1.number_of_reads) return 1;
+    if (read_count >= header_p1.number_of_reads) {
+        walk_complete_ = true;
+        return 1;
+    }
     if (state_.eof) {
         report_end_of_file();
         return 0;
@@ -23,7 +38,10 @@ int reader::build_read_index(read_index& index) {
     index.reserve(index.size() + static_cast<std::size_t>(std::min<std::uint64_t>(
                                      header_p1.number_of_reads, in.remaining() / sff_read::header_size)));
     int result = 1;
+    std::int64_t data_end = 0;  // where the last record's data ends, before its padding
     while (true) {
+        // The file's own index block may stand among the records: it is passed over.
+        if (in.good()) in.seek(past_index_block(in.state().pos));
         const std::int64_t record_start = in.tell();
         unsigned char raw[sff_read::header_size];
         const std::size_t got = in.read(raw, sizeof raw);
@@ -44,7 +62,9 @@ int reader::build_read_index(read_index& index) {
         in.skip(cur_read.name_length);
 
         const std::uint64_t data_length = flowgram_bytes + 3 * std::uint64_t{cur_read.number_of_bases};
-        in.seek_relative(header_padding(cur_read) + static_cast<std::int64_t>(data_length + data_padding(data_length)));
+        in.seek_relative(header_padding(cur_read) + static_cast<std::int64_t>(data_length));
+        data_end = in.state().pos;
+        in.seek_relative(static_cast<std::int64_t>(data_padding(data_length)));
         sff_file.passed(in.state().pos);
 
         ++read_count;
@@ -56,6 +76,8 @@ int reader::build_read_index(read_index& index) {
         }
     }
     state_ = in.state();
+    // Complete when every record announced was found, the last one whole.
+    walk_complete_ = result == 1 && (sff_file.size() < 0 || data_end <= sff_file.size());
     return result;
 }
 
@@ -65,6 +87,7 @@ int reader::sequential_step(read_index* index) {
         report_end_of_file();
         return 0;
     }
+    if (!state_.fail) state_.pos = past_index_block(state_.pos);
     const std::int64_t record_start = state_.fail ? -1 : state_.pos;
     // A failed stream reads nothing: the record comes up empty.
     const std::span<const std::uint8_t> bytes =

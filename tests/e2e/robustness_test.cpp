@@ -31,7 +31,7 @@ const char* const known_messages[] = {
     "Error ocurred while reading file ", "reach end of file while read more data", "The input file ",
     "fail to open file ",                "The file: ",                             "Error: the input file ",
     "Error: tag '",                      "Error: AF tag for read ",                "can not open file ",
-    "Pelkrin-view: ",
+    "Pelkrin-view: ",                    "Error: the SFF file ",                   "Error: the ACE file ",
 };
 
 struct tally {

@@ -191,29 +191,27 @@ run_files with_input_named(std::string run_files::*input, const std::string& nam
     return files;
 }
 
-TEST(RunEdge, AceFileThatIsAlsoTheReadsOutput) {
-    // "asm.reads" keeps the prefix "asm": the reads file is the assembly itself.
-    // It is emptied on opening, after the reader has taken in this small file.
+TEST(RunEdge, AceFileThatIsAlsoTheReadsOutputIsRefused) {
+    // "asm.reads" keeps the prefix "asm": the reads file would be the assembly itself.
     const run_files files = with_input_named(&run_files::ace, "asm.reads");
+    const std::string before = read_file(files.dir / "asm.reads");
     auto r = run_pelkrin(files);
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.err, "");
-    EXPECT_EQ(read_file(files.dir / "asm.reads"), worked_example_reads);
-    EXPECT_EQ(read_file(files.dir / "asm.qdx"), worked_example_index);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err, "Error: output file asm.reads would overwrite input file asm.reads\n");
+    EXPECT_EQ(r.out, "");
+    EXPECT_EQ(read_file(files.dir / "asm.reads"), before);
+    EXPECT_FALSE(std::filesystem::exists(files.dir / "asm.qdx"));
 }
 
-TEST(RunEdge, SffFileThatIsAlsoTheReadsOutputReadsAsEmpty) {
-    // Emptying the reads file empties the SFF file under the reader: the index
-    // walk meets the end of the file, every read is decoded from nothing, and
-    // nothing crashes on the memory that mapped the old file.
+TEST(RunEdge, SffFileThatIsAlsoTheReadsOutputIsRefused) {
     const run_files files = with_input_named(&run_files::sff, "asm.reads");
+    const std::string before = read_file(files.dir / "asm.reads");
     auto r = run_pelkrin(files);
-    EXPECT_EQ(r.status, 0);
-    // The walk finds neither the common header's first 31 bytes nor a read header.
-    EXPECT_EQ(r.out, "Only got 0 bytes while 31 is need\nOnly got 0 bytes while 16 is need\n" + completion);
-    EXPECT_EQ(r.err, "Error ocurred while reading file asm.reads\nError ocurred while reading file asm.reads\n");
-    EXPECT_EQ(read_file(files.dir / "asm.reads"),
-              ">Contig1\t2\t1\nreadA\t1\n\nreadB\t1\n\n>Contig2\t1\t1\nreadC\t1\n\n");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err, "Error: output file asm.reads would overwrite input file asm.reads\n");
+    EXPECT_EQ(r.out, "");
+    EXPECT_EQ(read_file(files.dir / "asm.reads"), before);
+    EXPECT_FALSE(std::filesystem::exists(files.dir / "asm.qdx"));
 }
 
 TEST(RunEdge, UnwritableIndexFileStillEmptiesAnOldReadsFile) {
@@ -365,19 +363,16 @@ TEST(RunMessages, SffFileThatIsNotSff) {
     EXPECT_FALSE(std::filesystem::exists(files.dir / "asm.reads"));
 }
 
-TEST(RunMessages, ShortSffFileReportsAndRunsOn) {
-    // Too short for a header: reported by the header read and again by the index
-    // walk's own header read; the run goes on with an empty index. readA is
-    // decoded from offset 0, whose 8 bytes claim one base (its score never read:
-    // 0); that read runs off the end, and the later look-ups return at once.
+TEST(RunMessages, ShortSffHeaderIsReportedAndEndsTheRun) {
+    // Too short for a header: the reads cannot be found, so the run ends there,
+    // before the assembly is opened.
     auto files = write_inputs(worked_example_ace(), std::string(".sff\0\0\0\1", 8));
     auto r = run_pelkrin(files);
-    EXPECT_EQ(r.status, 0);
-    const std::string report = "Error ocurred while reading file reads.sff\n";
-    EXPECT_EQ(r.err, report + report);
-    EXPECT_EQ(r.out, "Only got 8 bytes while 31 is need\nOnly got 8 bytes while 31 is need\n" + completion);
-    EXPECT_EQ(read_file(files.dir / "asm.reads"),
-              ">Contig1\t2\t1\nreadA\t1\n0\nreadB\t1\n\n>Contig2\t1\t1\nreadC\t1\n\n");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err, "Error ocurred while reading file reads.sff\n");
+    EXPECT_EQ(r.out, "Only got 8 bytes while 31 is need\n");
+    EXPECT_FALSE(std::filesystem::exists(files.dir / "asm.reads"));
+    EXPECT_FALSE(std::filesystem::exists(files.dir / "asm.qdx"));
 }
 
 TEST(RunMessages, SffClaimingMoreReadsThanItHolds) {
@@ -385,11 +380,13 @@ TEST(RunMessages, SffClaimingMoreReadsThanItHolds) {
     f.claimed_reads = 5;
     auto files = write_inputs(worked_example_ace(), build_sff(f).bytes);
     auto r = run_pelkrin(files);
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.err, "Error ocurred while reading file reads.sff\n");
-    EXPECT_EQ(r.out, "Only got 0 bytes while 16 is need\n" + completion);
-    // The reads that were indexed are all there.
-    EXPECT_EQ(read_file(files.dir / "asm.reads").substr(0, 28), ">Contig1\t2\t1\nreadA\t1\n35\t35\t3");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err, "Error ocurred while reading file reads.sff\n"
+                     "Error: the SFF file reads.sff ends after 3 of its 5 reads\n");
+    EXPECT_EQ(r.out, "Only got 0 bytes while 16 is need\n");
+    // Every read it holds is written all the same.
+    EXPECT_EQ(read_file(files.dir / "asm.reads"), worked_example_reads);
+    EXPECT_EQ(read_file(files.dir / "asm.qdx"), worked_example_index);
 }
 
 }  // namespace
