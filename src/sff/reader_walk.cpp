@@ -62,9 +62,9 @@ int reader::build_read_index(read_index& index) {
         in.skip(cur_read.name_length);
 
         const std::uint64_t data_length = flowgram_bytes + 3 * std::uint64_t{cur_read.number_of_bases};
-        in.seek_relative(header_padding(cur_read) + static_cast<std::int64_t>(data_length));
-        data_end = in.state().pos;
-        in.seek_relative(static_cast<std::int64_t>(data_padding(data_length)));
+        in.seek_relative(header_padding(cur_read) + static_cast<std::int64_t>(data_length + data_padding(data_length)));
+        data_end = record_start + static_cast<std::int64_t>(sff_read::header_size + cur_read.name_length) +
+                   header_padding(cur_read) + static_cast<std::int64_t>(data_length);
         sff_file.passed(in.state().pos);
 
         ++read_count;

@@ -29,19 +29,19 @@ sff_fixture worked_example_sff() {
     return f;
 }
 
-run_files write_inputs(const std::string& ace_text, const std::string& sff_bytes) {
-    run_files files{scratch_dir(), "asm.ace", "reads.sff"};
+run_files write_inputs(const std::string& ace_text, const std::string& sff_bytes, std::string_view folder) {
+    run_files files{folder.empty() ? scratch_dir() : scratch_subdir(folder), "asm.ace", "reads.sff"};
     write_file(files.dir / files.ace, ace_text);
     write_file(files.dir / files.sff, sff_bytes);
     return files;
 }
 
-program_result run_pelkrin(const run_files& files, const std::vector<std::string>& options) {
+program_result run_pelkrin(const run_files& files, const std::vector<std::string>& options, const run_limits& limits) {
     std::vector<std::string> argv{pelkrin_binary()};
     argv.insert(argv.end(), options.begin(), options.end());
     argv.push_back(files.ace);
     argv.push_back(files.sff);
-    return run_program(argv, files.dir);
+    return run_program(argv, files.dir, limits);
 }
 
 }  // namespace pelkrin::test

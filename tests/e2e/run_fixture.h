@@ -26,10 +26,12 @@ struct run_files {
     std::string sff;
 };
 
-// Writes both inputs into a fresh scratch folder.
-run_files write_inputs(const std::string& ace_text, const std::string& sff_bytes);
+// Writes both inputs into a fresh scratch folder: the test's own, or one of
+// that name inside it, which leaves the test's other folders alone.
+run_files write_inputs(const std::string& ace_text, const std::string& sff_bytes, std::string_view folder = {});
 
 // Runs the program in `files.dir` with the options, then the two file names.
-program_result run_pelkrin(const run_files& files, const std::vector<std::string>& options = {});
+program_result run_pelkrin(const run_files& files, const std::vector<std::string>& options = {},
+                           const run_limits& limits = {});
 
 }  // namespace pelkrin::test

@@ -20,14 +20,29 @@ std::filesystem::path scratch_root() {
     return root;
 }
 
-std::filesystem::path scratch_dir() {
+namespace {
+
+std::filesystem::path test_folder() {
     const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
     const std::filesystem::path root = scratch_root();
     std::string leaf = info ? std::string(info->test_suite_name()) + "." + info->name() : "no-test";
     for (char& c : leaf) {
         if (c == '/') c = '_';
     }
-    auto dir = root / leaf;
+    return root / leaf;
+}
+
+}  // namespace
+
+std::filesystem::path scratch_dir() {
+    auto dir = test_folder();
+    std::filesystem::remove_all(dir);
+    std::filesystem::create_directories(dir);
+    return dir;
+}
+
+std::filesystem::path scratch_subdir(std::string_view name) {
+    auto dir = test_folder() / std::string(name);
     std::filesystem::remove_all(dir);
     std::filesystem::create_directories(dir);
     return dir;

@@ -10,6 +10,9 @@ namespace pelkrin::test {
 
 // A fresh, empty folder for the running test, under the build tree.
 std::filesystem::path scratch_dir();
+// A fresh folder of that name inside this test's folder, leaving the rest of
+// the test's folder alone (scratch_dir() empties all of it).
+std::filesystem::path scratch_subdir(std::string_view name);
 // The folder that holds every test's scratch folder; never emptied.
 std::filesystem::path scratch_root();
 

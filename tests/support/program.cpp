@@ -40,7 +40,8 @@ program_result run_program(const std::vector<std::string>& argv, const std::file
     pid_t pid = ::fork();
     if (pid < 0) throw std::runtime_error("fork failed");
     if (pid == 0) {
-        int out = ::open(out_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        const std::string stdout_path = limits.stdout_path.empty() ? out_path.string() : limits.stdout_path;
+        int out = ::open(stdout_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
         int err = ::open(err_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
         int in = ::open("/dev/null", O_RDONLY);
         if (out < 0 || err < 0 || in < 0) ::_exit(126);
@@ -51,6 +52,11 @@ program_result run_program(const std::vector<std::string>& argv, const std::file
         if (limits.address_space != 0) {
             const rlimit limit{limits.address_space, limits.address_space};
             ::setrlimit(RLIMIT_AS, &limit);
+        }
+        if (limits.file_size != 0) {
+            const rlimit limit{limits.file_size, limits.file_size};
+            ::setrlimit(RLIMIT_FSIZE, &limit);
+            ::signal(SIGXFSZ, SIG_IGN);  // a write past the limit then fails instead of killing
         }
         ::execvp(args[0], args.data());
         ::_exit(127);
@@ -74,7 +80,7 @@ program_result run_program(const std::vector<std::string>& argv, const std::file
     }
     r.seconds = elapsed();
     r.status = WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : 128 + WTERMSIG(wstatus);
-    r.out = read_file(out_path);
+    if (limits.stdout_path.empty()) r.out = read_file(out_path);
     r.err = read_file(err_path);
     std::filesystem::remove(out_path);
     std::filesystem::remove(err_path);

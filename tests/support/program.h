@@ -18,6 +18,8 @@ struct program_result {
 struct run_limits {
     double seconds = 0;                  // killed after this long; 0: no limit
     std::uint64_t address_space = 0;     // bytes of virtual memory; 0: no limit
+    std::uint64_t file_size = 0;         // bytes any file may grow to, SIGXFSZ ignored; 0: no limit
+    std::string stdout_path;             // standard output goes here instead of being collected
 };
 
 // argv[0] is the program path; `cwd` is the working folder of the child.

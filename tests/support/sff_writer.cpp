@@ -13,6 +13,13 @@ public:
         for (int i = 0; i < 8; ++i) u8(static_cast<std::uint8_t>(v >> (8 * i)));
     }
     void text(const std::string& s) { out += s; }
+    // Overwrites `width` bytes at `at` with v in the file's byte order.
+    void patch(std::size_t at, std::uint64_t v, int width) {
+        for (int i = 0; i < width; ++i) {
+            const int shift = big_ ? 8 * (width - 1 - i) : 8 * i;
+            out[at + static_cast<std::size_t>(i)] = static_cast<char>(static_cast<std::uint8_t>(v >> shift));
+        }
+    }
     void pad_to_8(std::size_t from) {
         while ((out.size() - from) % 8 != 0) u8(0);
     }
@@ -54,7 +61,18 @@ sff_bytes build_sff(const sff_fixture& f) {
 
     sff_bytes result;
     result.header_length = static_cast<std::uint16_t>(header_length);
-    for (const auto& r : f.reads) {
+    const auto index_block = [&] {
+        const std::size_t at = s.out.size();
+        std::string manifest = ".mft1.00";
+        while (manifest.size() < f.index_block_length) manifest.push_back(static_cast<char>('a' + manifest.size() % 26));
+        s.text(manifest.substr(0, f.index_block_length));
+        s.pad_to_8(at);
+        s.patch(8, at, 8);
+        s.patch(16, f.index_block_length, 4);
+    };
+    for (std::size_t i = 0; i < f.reads.size(); ++i) {
+        if (f.index_block_before == i) index_block();
+        const auto& r = f.reads[i];
         result.record_offsets.push_back(static_cast<std::int64_t>(s.out.size()));
         const std::size_t start = s.out.size();
         const std::size_t read_header = 16 + r.name.size();
@@ -75,6 +93,7 @@ sff_bytes build_sff(const sff_fixture& f) {
         for (std::size_t i = 0; i < r.bases.size(); ++i) s.u8(i < r.quals.size() ? r.quals[i] : 0);
         s.pad_to_8(data);  // the data section is always padded: readers skip it by rule
     }
+    if (f.index_block_before == f.reads.size()) index_block();
     result.bytes = std::move(s.out);
     return result;
 }

@@ -27,8 +27,13 @@ struct sff_fixture {
     std::string flow_chars;  // empty: "TACG" repeated to `flows`
     std::string key = "TCAG";
     std::optional<std::uint32_t> claimed_reads;  // number_of_reads written; default the real count
-    std::uint64_t index_offset = 0;
+    std::uint64_t index_offset = 0;  // written as little-endian bytes, whatever the byte order
     std::uint32_t index_length = 0;
+    // An index block of `index_block_length` bytes (a ".mft" manifest, then
+    // padding to a multiple of 8) before this read; reads.size() puts it after
+    // the last one. Its offset and length, in the file's byte order, replace the two above.
+    std::optional<std::size_t> index_block_before;
+    std::uint32_t index_block_length = 37;
     std::vector<sff_fixture_read> reads;
 };
 
