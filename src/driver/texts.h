@@ -2,10 +2,11 @@
 // The program's fixed texts: its name, its version, the usage and version texts.
 #include <ostream>
 
+#include "pelkrin_version.h"  // VERSION
+
 namespace pelkrin {
 
 inline constexpr const char* PRG = "Pelkrin";
-inline constexpr const char* VERSION = "1.1";
 // Follows a tab at the end of the version text and of the completion message.
 inline constexpr const char* AUTHORSHIP = "Written by the Pelkrin developers";
 

@@ -1,5 +1,6 @@
 #pragma once
-// The program's fixed texts, written out by hand for comparison.
+// The program's fixed texts, written out by hand for comparison; the version
+// comes from the project line of CMakeLists.txt.
 #include <string>
 
 namespace pelkrin::test {
@@ -24,12 +25,12 @@ inline std::string expected_version() {
            "        information, and <PREFIX>.qdx is location index of the <PREFIX>.reads.\n"
            "        Both files are optional input files for Tavrin.\n"
            "\n"
-           "Pelkrin (Version 1.1)\tWritten by the Pelkrin developers\n";
+           "Pelkrin (Version " PELKRIN_VERSION ")\tWritten by the Pelkrin developers\n";
 }
 
 inline std::string expected_completion(const std::string& index_file, const std::string& reads_file) {
     return "Done! Two output files are:\n\n Tavrin QDX file:\t" + index_file + "\n Tavrin READS file:\t" + reads_file +
-           "\nPelkrin (1.1)\tWritten by the Pelkrin developers\n\n";
+           "\nPelkrin (" PELKRIN_VERSION ")\tWritten by the Pelkrin developers\n\n";
 }
 
 }  // namespace pelkrin::test

@@ -1,7 +1,6 @@
 // Pelkrin-view's command line.
 #include <gtest/gtest.h>
 
-#include "views/tool/view_modes.h"
 #include "views/tool/view_options.h"
 
 namespace pelkrin::test {
@@ -117,19 +116,6 @@ TEST(ViewOptions, SpanMustEndByTheLargestPosition) {
 TEST(ViewOptions, LastValueOfARepeatedOptionWins) {
     const auto p = parse({"-m", "flow", "-m", "layout", "a", "b"});
     EXPECT_EQ(p.options.mode, "layout");
-}
-
-TEST(ViewOptions, ModesAndWhatTheyNeed) {
-    for (const char* m : {"align", "align-html", "flow", "flow-html", "flow-html-space", "contig", "contig-html",
-                          "flow-table", "seq-table", "flow-consensus", "layout"}) {
-        EXPECT_TRUE(is_view_mode(m)) << m;
-    }
-    EXPECT_FALSE(is_view_mode("html"));
-    EXPECT_TRUE(is_html_mode("contig-html"));
-    EXPECT_FALSE(is_html_mode("contig"));
-    EXPECT_TRUE(is_span_render_mode("flow-html-space"));
-    EXPECT_FALSE(is_span_render_mode("contig-html"));
-    EXPECT_FALSE(is_span_render_mode("seq-table"));
 }
 
 }  // namespace

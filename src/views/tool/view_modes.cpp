@@ -1,36 +1,32 @@
 #include "views/tool/view_modes.h"
 
-#include <array>
-
 namespace pelkrin {
 namespace {
 
-constexpr std::array<std::string_view, 11> modes = {
-    "align", "align-html",  "flow",      "flow-html", "flow-html-space", "contig",
-    "contig-html", "flow-table", "seq-table", "flow-consensus", "layout"};
-
-bool one_of(std::string_view mode, std::initializer_list<std::string_view> names) {
-    for (std::string_view name : names) {
-        if (mode == name) return true;
-    }
-    return false;
-}
+constexpr view_mode modes[] = {
+    // name              html   span   flow   reads  operation
+    {"align",            false, true,  false, true,  view_align},
+    {"align-html",       true,  true,  false, true,  view_align_html},
+    {"flow",             false, true,  true,  true,  view_flow},
+    {"flow-html",        true,  true,  true,  true,  view_flow_html},
+    {"flow-html-space",  true,  true,  true,  true,  view_flow_html_space},
+    {"contig",           false, false, false, false, view_contig},
+    {"contig-html",      true,  false, false, false, view_contig_html},
+    {"flow-table",       false, true,  true,  false, view_flow_table},
+    {"seq-table",        false, true,  false, false, view_seq_table},
+    {"flow-consensus",   false, false, true,  false, view_flow_consensus},
+    {"layout",           false, false, false, false, view_layout},
+};
 
 }  // namespace
 
-bool is_view_mode(std::string_view mode) {
-    for (std::string_view name : modes) {
-        if (mode == name) return true;
+std::span<const view_mode> view_modes() { return modes; }
+
+const view_mode* find_view_mode(std::string_view name) {
+    for (const view_mode& mode : modes) {
+        if (mode.name == name) return &mode;
     }
-    return false;
-}
-
-bool is_html_mode(std::string_view mode) {
-    return one_of(mode, {"align-html", "flow-html", "flow-html-space", "contig-html"});
-}
-
-bool is_span_render_mode(std::string_view mode) {
-    return one_of(mode, {"align", "align-html", "flow", "flow-html", "flow-html-space"});
+    return nullptr;
 }
 
 }  // namespace pelkrin

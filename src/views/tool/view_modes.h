@@ -1,13 +1,26 @@
 #pragma once
-// The views that Pelkrin-view can show, and what each of them needs.
+// The views that Pelkrin-view can show: one line of a table each, with what
+// the program needs to know of it.
+#include <span>
 #include <string_view>
+
+#include "views/tool/view_operations.h"
 
 namespace pelkrin {
 
-bool is_view_mode(std::string_view mode);
-// Modes whose output is HTML, which -p wraps in a page.
-bool is_html_mode(std::string_view mode);
-// Span renderers: the modes that fill a read list for -r.
-bool is_span_render_mode(std::string_view mode);
+struct view_mode {
+    std::string_view name;      // as given to -m
+    bool html;                  // HTML output, which -p wraps in a page
+    bool span;                  // START to START + WIDTH - 1; otherwise the whole contig
+    bool flow_space;            // flows rather than bases
+    bool read_list;             // lists the reads it drew, for -r
+    view_operation operation;
+};
+
+// Every mode, in the order of the usage text.
+std::span<const view_mode> view_modes();
+
+// The mode of that name, or null.
+const view_mode* find_view_mode(std::string_view name);
 
 }  // namespace pelkrin

@@ -18,7 +18,7 @@ bool takes_value(char letter) {
 std::string set_value(view_options& o, char letter, const std::string& value) {
     switch (letter) {
         case 'm':
-            if (!is_view_mode(value)) return "unknown mode " + value;
+            if (!find_view_mode(value)) return "unknown mode " + value;
             o.mode = value;
             return {};
         case 's': {
