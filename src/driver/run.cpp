@@ -1,7 +1,5 @@
 #include "driver/run.h"
 
-#include <sys/stat.h>
-
 #include <ostream>
 #include <string_view>
 #include <utility>
@@ -9,6 +7,7 @@
 
 #include "ace/ace_reader.h"
 #include "common/fatal_error.h"
+#include "common/same_file.h"
 #include "driver/contig_writer.h"
 #include "driver/output_file.h"
 #include "driver/texts.h"
@@ -17,20 +16,13 @@
 namespace pelkrin {
 namespace {
 
-bool same_file(const std::string& a, const std::string& b) {
-    struct stat sa {};
-    struct stat sb {};
-    return ::stat(a.c_str(), &sa) == 0 && ::stat(b.c_str(), &sb) == 0 && sa.st_dev == sb.st_dev &&
-           sa.st_ino == sb.st_ino;
-}
-
 // An output that is one of the inputs (by name, hard link or symbolic link)
 // would be destroyed before it is read.
 void refuse_to_overwrite_inputs(const run_request& request) {
     for (const std::string* output : {&request.reads_file, &request.index_file}) {
         for (const std::string* input : {&request.ace_file, &request.sff_file}) {
             if (same_file(*output, *input)) {
-                throw fatal_error(1, "Error: output file " + *output + " would overwrite input file " + *input + "\n");
+                throw fatal_error(1, would_overwrite(*output, *input) + "\n");
             }
         }
     }

@@ -372,5 +372,29 @@ TEST(ViewTool, NothingIsCreatedBeforeTheContigIsFound) {
     EXPECT_FALSE(std::filesystem::exists(reads));
 }
 
+TEST(ViewTool, ReadListNamingTheAceFileIsRefused) {
+    const auto dir = scratch_dir();
+    const auto ace = dir / "asm.ace";
+    write_file(ace, read_file(example_ace()));
+    std::filesystem::create_symlink("asm.ace", dir / "reads.txt");
+    const program_result r = view({"-r", "reads.txt", "asm.ace", "Contig1"}, dir);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.out, "");
+    EXPECT_EQ(r.err, "Pelkrin-view: Error: output file reads.txt would overwrite input file asm.ace\n");
+    EXPECT_EQ(read_file(ace), read_file(example_ace()));
+}
+
+TEST(ViewTool, ReadListNamingTheColourFileIsRefused) {
+    const auto dir = scratch_dir();
+    write_file(dir / "colours.txt", "A\tred\n");
+    std::filesystem::create_hard_link(dir / "colours.txt", dir / "reads.txt");
+    const program_result r =
+        view({"-m", "align-html", "-c", "colours.txt", "-r", "reads.txt", example_ace(), "Contig1"}, dir);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.out, "");
+    EXPECT_EQ(r.err, "Pelkrin-view: Error: output file reads.txt would overwrite input file colours.txt\n");
+    EXPECT_EQ(read_file(dir / "colours.txt"), "A\tred\n");
+}
+
 }  // namespace
 }  // namespace pelkrin::test

@@ -7,6 +7,7 @@
 
 #include "ace/ace_reader.h"
 #include "common/fatal_error.h"
+#include "common/same_file.h"
 #include "views/tool/colour_file.h"
 #include "views/tool/html_page.h"
 #include "views/tool/view_modes.h"
@@ -63,6 +64,15 @@ int run_view(const std::vector<std::string>& args, std::ostream& out, std::ostre
     const view_options& o = parsed.options;
     // The options hold only names that the table knows.
     const view_mode& mode = *find_view_mode(o.mode);
+    // The read list must not be written over an input.
+    if (o.reads_file) {
+        for (const std::string* input : {&o.ace_file, o.colour_file ? &*o.colour_file : nullptr}) {
+            if (input != nullptr && same_file(*o.reads_file, *input)) {
+                err << prefix << would_overwrite(*o.reads_file, *input) << std::endl;
+                return 1;
+            }
+        }
+    }
 
     colour_map colours = default_colours();
     if (o.colour_file) {
