@@ -36,10 +36,8 @@ void reader::report_end_of_file() { messages_.err << "reach end of file while re
 
 std::ostream& reader::print_file_size() {
     // Leaves the stream at the end of the file; get_header seeks to 0 itself.
-    byte_cursor at(std::span<const std::uint8_t>(), 0, state_);
-    at.seek(std::max<std::int64_t>(sff_file.size(), 0));
-    state_ = at.state();
-    messages_.out << "input file size: " << at.tell() << std::endl;
+    seek_to(std::max<std::int64_t>(sff_file.size(), 0));
+    messages_.out << "input file size: " << (state_.fail ? -1 : state_.pos) << std::endl;
     return messages_.out;
 }
 
@@ -59,13 +57,12 @@ int reader::check_magic_number() {
 }
 
 int reader::get_header() {
-    byte_cursor seeker(std::span<const std::uint8_t>(), 0, state_);
-    seeker.seek(0);
     // A stream that failed earlier reads nothing at all.
+    const bool readable = seek_to(0);
     const auto bytes_from = [&](std::int64_t pos, std::size_t n) {
-        return seeker.good() ? sff_file.bytes_at(pos, n, header_) : std::span<const std::uint8_t>();
+        return readable ? sff_file.bytes_at(pos, n, header_) : std::span<const std::uint8_t>();
     };
-    byte_cursor fixed(bytes_from(0, sff_header_p1::size), 0, seeker.state());
+    byte_cursor fixed(bytes_from(0, sff_header_p1::size), 0, state_);
     unsigned char raw[sff_header_p1::size];
     const std::size_t got = fixed.read(raw, sizeof raw);
     header_p1.load(raw, got);
