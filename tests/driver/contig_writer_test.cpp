@@ -222,6 +222,22 @@ TEST_P(ContigWriter, FinishStartsAWriterNeverStartedWhileMoreReadsWaitThanCanBeF
     EXPECT_EQ(writer.reads_written(), 3u * 3001u);
 }
 
+TEST_P(ContigWriter, AFailedWriteEndsTheRunNamingTheFile) {
+    const writer_fixture w = make_fixture();
+    opened_sff in(w.sff);
+    output_file reads_out("/dev/full");
+    output_file index_out((w.sff.parent_path() / "two.qdx").string());
+    contig_writer writer(in.sff, reads_out, index_out, GetParam());
+    std::string message;
+    try {
+        for (int round = 0; round < 20; ++round) hand_over(writer, w, in.index);  // far more than a buffer
+        writer.finish();
+    } catch (const fatal_error& e) {
+        message = e.message();
+    }
+    EXPECT_EQ(message, "can not write file /dev/full\n");
+}
+
 INSTANTIATE_TEST_SUITE_P(WithAndWithoutFlowgram, ContigWriter, ::testing::Bool());
 
 }  // namespace
