@@ -3,7 +3,7 @@
 #
 #   fuzz/run-fuzzers.sh SECONDS [TARGET ...]      targets: ace_reader sff_reader whole_run contig_views
 #
-# Seeds come from the example assembly, ../shared/data, a committed corpus when
+# Seeds come from the example assembly, tests/data, a committed corpus when
 # there is one (fuzz/corpus/TARGET, a minimised result of earlier runs) and the
 # regression inputs; the growing corpus is kept in out/fuzz-corpus, crashing inputs in
 # out/fuzz-artifacts (copy them into fuzz/regressions/TARGET, which the test
@@ -16,7 +16,7 @@ seconds=${1:?usage: fuzz/run-fuzzers.sh SECONDS [TARGET ...]}
 shift
 targets=("$@")
 [[ ${#targets[@]} -gt 0 ]] || targets=(ace_reader sff_reader whole_run contig_views)
-data=../shared/data
+data=tests/data
 
 CXX=clang++ cmake -S . -B out/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPELKRIN_FUZZ=ON \
   -DPELKRIN_TESTS=OFF -DPELKRIN_BENCH=OFF >/dev/null

@@ -154,7 +154,7 @@ void damaged_ace(const std::string& leaf, const std::filesystem::path& source, c
 
 struct sff_part {
     const char* leaf;
-    bool in_project;  // the example; else a file of ../shared/data
+    bool in_project;  // the example; else a file of tests/data
     std::size_t part;
     std::size_t parts;
 };

@@ -14,7 +14,7 @@ std::filesystem::path scratch_root();
 std::string read_file(const std::filesystem::path& p);
 void write_file(const std::filesystem::path& p, std::string_view bytes);
 
-// A file of ../shared/data, beside the project.
+// A file of tests/data: real files written by other programs.
 std::filesystem::path data_file(std::string_view name);
 // A file of the project's source tree.
 std::filesystem::path source_file(std::string_view name);
