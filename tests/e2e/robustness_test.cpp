@@ -33,10 +33,6 @@ const char* const known_messages[] = {
     "Pelkrin-view: ",
 };
 
-struct tally {
-    std::size_t cases = 0;
-};
-
 run_limits limits() {
     run_limits l;
     l.seconds = 5;
