@@ -14,8 +14,9 @@
 # allocation over 64 MB. Prints each target's executions and CPU seconds.
 #
 # --merge keeps, of out/fuzz-corpus/TARGET and fuzz/corpus/TARGET, the smallest
-# set of inputs that reaches coverage the seed files do not (libFuzzer's
-# -merge=1), and writes it to fuzz/corpus/TARGET.
+# set of inputs that reaches code the seed files do not (libFuzzer's -merge=1,
+# counting edges only, not how often each runs: a few dozen inputs a target
+# instead of hundreds), and writes it to fuzz/corpus/TARGET.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 mode=${1:?usage: fuzz/run-fuzzers.sh SECONDS|--merge [TARGET ...]}
@@ -69,7 +70,7 @@ if [[ $mode == --merge ]]; then
     merged=out/fuzz-merged/$target
     rm -rf "$merged" && mkdir -p "$merged" "out/fuzz-corpus/$target" "fuzz/corpus/$target"
     cp "$seeds"/* "$merged"/
-    out/fuzz/fuzz/fuzz_"$target" -merge=1 -max_len=131072 -timeout=5 -rss_limit_mb=1024 -malloc_limit_mb=64 \
+    out/fuzz/fuzz/fuzz_"$target" -merge=1 -use_counters=0 -max_len=131072 -timeout=5 -rss_limit_mb=1024 -malloc_limit_mb=64 \
       "$merged" "fuzz/corpus/$target" "out/fuzz-corpus/$target" >"out/fuzz-merge-$target.log" 2>&1
     for f in "$seeds"/*; do rm -f "$merged/$(basename "$f")"; done
     rm -rf "fuzz/corpus/$target" && mkdir -p "fuzz/corpus/$target" && cp "$merged"/* "fuzz/corpus/$target"/
