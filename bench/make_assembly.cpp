@@ -54,12 +54,10 @@ public:
         std::fwrite(buffer_.data(), 1, buffer_.size(), file_);
         buffer_.clear();
     }
-    std::size_t size() const { return written_ + buffer_.size(); }
 
 private:
     std::FILE* file_;
     std::string buffer_;
-    std::size_t written_ = 0;
 };
 
 constexpr char flow_order[] = "TACG";

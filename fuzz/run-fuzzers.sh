@@ -2,21 +2,28 @@
 # Builds the libFuzzer targets with clang and runs each for SECONDS of fuzzing.
 #
 #   fuzz/run-fuzzers.sh SECONDS [TARGET ...]      targets: ace_reader sff_reader whole_run contig_views
+#   fuzz/run-fuzzers.sh --merge [TARGET ...]      rewrites the committed corpus (below)
 #
-# Seeds come from the example assembly, ../shared/data, a committed corpus when
-# there is one (fuzz/corpus/TARGET, a minimised result of earlier runs) and the
-# regression inputs; the growing corpus is kept in out/fuzz-corpus, crashing inputs in
-# out/fuzz-artifacts (copy them into fuzz/regressions/TARGET, which the test
-# suite replays). Exits non-zero when a target finds a crash, a leak, a hang
-# (over 5 s) or an allocation over 64 MB. Prints each target's executions and
-# CPU seconds.
+# Seeds come from the example assembly, the real files of tests/data, the
+# committed corpus (fuzz/corpus/TARGET) and the regression inputs
+# (fuzz/regressions/ace, sff, run or views). The growing corpus is kept in
+# out/fuzz-corpus, failing inputs in out/fuzz-artifacts: minimise one
+# (-minimize_crash=1), copy it into the target's regression folder, which the
+# test suite replays, and say what it is in fuzz/regressions/README.md. Exits
+# non-zero when a target finds a crash, a leak, a hang (over 5 s) or an
+# allocation over 64 MB. Prints each target's executions and CPU seconds.
+#
+# --merge keeps, of out/fuzz-corpus/TARGET and fuzz/corpus/TARGET, the smallest
+# set of inputs that reaches code the seed files do not (libFuzzer's -merge=1,
+# counting edges only, not how often each runs: a few dozen inputs a target
+# instead of hundreds), and writes it to fuzz/corpus/TARGET.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-seconds=${1:?usage: fuzz/run-fuzzers.sh SECONDS [TARGET ...]}
+mode=${1:?usage: fuzz/run-fuzzers.sh SECONDS|--merge [TARGET ...]}
 shift
 targets=("$@")
 [[ ${#targets[@]} -gt 0 ]] || targets=(ace_reader sff_reader whole_run contig_views)
-data=../shared/data
+data=tests/data
 
 CXX=clang++ cmake -S . -B out/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPELKRIN_FUZZ=ON \
   -DPELKRIN_TESTS=OFF -DPELKRIN_BENCH=OFF >/dev/null
@@ -31,28 +38,55 @@ pack_run() {
   cat "$ace" "$sff" >>"$out"
 }
 
-seed() {
+# The regression folder of each target.
+regressions() {
+  case $1 in
+    ace_reader) echo fuzz/regressions/ace ;;
+    sff_reader) echo fuzz/regressions/sff ;;
+    whole_run) echo fuzz/regressions/run ;;
+    contig_views) echo fuzz/regressions/views ;;
+  esac
+}
+
+# The seed files of a target, made from the example and tests/data, in out/fuzz-seeds/TARGET.
+seed_files() {
   local target=$1 dir=out/fuzz-seeds/$1
   rm -rf "$dir" && mkdir -p "$dir"
   case $target in
-    ace_reader | contig_views) cp example/example.ace "$data"/*.ace "$dir"/ 2>/dev/null || true ;;
-    sff_reader) cp example/example.sff "$data"/*.sff "$dir"/ 2>/dev/null || true ;;
+    ace_reader | contig_views) cp example/example.ace "$data"/*.ace "$dir"/ ;;
+    sff_reader) cp example/example.sff "$data"/*.sff "$dir"/ ;;
     whole_run)
       pack_run example/example.ace example/example.sff "$dir/example"
-      [[ -f $data/contig1.ace ]] && pack_run "$data/contig1.ace" "$data/greek.sff" "$dir/contig1"
-      [[ -f $data/consed_sample.ace ]] && pack_run "$data/consed_sample.ace" "$data/E3MFGYR02_random_10_reads.sff" "$dir/consed"
+      pack_run "$data/contig1.ace" "$data/greek.sff" "$dir/contig1"
+      pack_run "$data/consed_sample.ace" "$data/E3MFGYR02_random_10_reads.sff" "$dir/consed"
       ;;
   esac
-  cp fuzz/corpus/"$target"/* fuzz/regressions/"$target"/* "$dir"/ 2>/dev/null || true
   echo "$dir"
 }
+
+if [[ $mode == --merge ]]; then
+  for target in "${targets[@]}"; do
+    seeds=$(seed_files "$target")
+    merged=out/fuzz-merged/$target
+    rm -rf "$merged" && mkdir -p "$merged" "out/fuzz-corpus/$target" "fuzz/corpus/$target"
+    cp "$seeds"/* "$merged"/
+    out/fuzz/fuzz/fuzz_"$target" -merge=1 -use_counters=0 -max_len=131072 -timeout=5 -rss_limit_mb=1024 -malloc_limit_mb=64 \
+      "$merged" "fuzz/corpus/$target" "out/fuzz-corpus/$target" >"out/fuzz-merge-$target.log" 2>&1
+    for f in "$seeds"/*; do rm -f "$merged/$(basename "$f")"; done
+    rm -rf "fuzz/corpus/$target" && mkdir -p "fuzz/corpus/$target" && cp "$merged"/* "fuzz/corpus/$target"/
+    echo "$target: $(ls "fuzz/corpus/$target" | wc -l) inputs, $(du -sk "fuzz/corpus/$target" | cut -f1) KB"
+  done
+  exit 0
+fi
+seconds=$mode
 
 status=0
 for target in "${targets[@]}"; do
   corpus=out/fuzz-corpus/$target
   artifacts=out/fuzz-artifacts/$target
   mkdir -p "$corpus" "$artifacts"
-  seeds=$(seed "$target")
+  seeds=$(seed_files "$target")
+  cp fuzz/corpus/"$target"/* "$(regressions "$target")"/* "$seeds"/ 2>/dev/null || true
   echo "== $target: ${seconds}s"
   if ! /usr/bin/time -f "cpu seconds: %U user + %S system" -o "out/fuzz-$target.cpu" \
       out/fuzz/fuzz/fuzz_"$target" "$corpus" "$seeds" -max_total_time="$seconds" -timeout=5 \

@@ -4,11 +4,23 @@
 // sanitizer build) draw no sanitizer report. The optimised build runs them
 // under a 1 GB address-space limit; the sanitizer build, which cannot run under
 // one, under the sanitizer's own limits on allocations and resident memory.
+//
+// Every case is a process of its own, so the full sets (every 7th byte of an
+// SFF file, every line of an ACE file, 64 changed bytes each, about 35,000 runs)
+// take long under the sanitizers. By default the tests run a fixed sample of
+// them: cuts and changed bytes spread evenly over the whole of every file, and
+// every ACE case through Pelkrin and one of the three Pelkrin-view modes in
+// turn. PELKRIN_LONG=1 in the environment runs the full sets.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <iostream>
+#include <ostream>
 #include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "capture.h"
 #include "files.h"
@@ -34,9 +46,10 @@ const char* const known_messages[] = {
     "Pelkrin-view: ",                    "Error: the SFF file ",                   "Error: the ACE file ",
 };
 
-struct tally {
-    std::size_t cases = 0;
-};
+bool full_sets() {
+    const char* v = std::getenv("PELKRIN_LONG");
+    return v != nullptr && *v != '\0' && std::string_view(v) != "0";
+}
 
 run_limits limits() {
     run_limits l;
@@ -80,17 +93,50 @@ std::string assembly_of(const std::filesystem::path& sff) {
            af + "BS 1 10 x\n\n" + rd;
 }
 
-// Bytes changed at 64 places spread over the file, each a case of its own.
+// Bytes changed at 64 places spread over the file, each a case of its own; the
+// sample takes every 4th of those places.
 std::vector<std::string> flipped_copies(const std::string& bytes) {
     std::vector<std::string> copies;
     if (bytes.empty()) return copies;
-    for (std::size_t k = 0; k < 64; ++k) {
+    const std::size_t step = full_sets() ? 1 : 4;
+    for (std::size_t k = 0; k < 64; k += step) {
         std::string copy = bytes;
         const std::size_t at = (k * 7919 + k * k * 31) % bytes.size();
         copy[at] = static_cast<char>(copy[at] ^ (k % 2 == 0 ? 0xFF : 0x5A));
         copies.push_back(std::move(copy));
     }
     return copies;
+}
+
+// The lengths an SFF file of `size` bytes is cut to: every 7th byte, or in the
+// sample every `sff_sample_stride`-th. Both strides are odd, so the cuts fall
+// at every offset within the 8-byte steps that the SFF records are padded to.
+constexpr std::size_t sff_sample_stride = 49;
+
+std::vector<std::size_t> sff_cuts(std::size_t size) {
+    const std::size_t stride = full_sets() ? 7 : sff_sample_stride;
+    std::vector<std::size_t> cuts;
+    for (std::size_t cut = 0; cut < size; cut += stride) cuts.push_back(cut);
+    return cuts;
+}
+
+// The lengths an ACE file is cut to: the start of every line and the whole
+// file, or in the sample `ace_sample_cuts` of them spread evenly over the file
+// (the first and the whole file always among them).
+constexpr std::size_t ace_sample_cuts = 120;
+
+std::vector<std::size_t> ace_cuts(const std::string& text) {
+    std::vector<std::size_t> all;
+    for (std::size_t at = 0; at < text.size();) {
+        all.push_back(at);
+        const std::size_t end = text.find('\n', at);
+        at = end == std::string::npos ? text.size() : end + 1;
+    }
+    all.push_back(text.size());
+    if (full_sets() || all.size() <= ace_sample_cuts) return all;
+    std::vector<std::size_t> cuts;
+    for (std::size_t i = 0; i < ace_sample_cuts; ++i) cuts.push_back(all[i * (all.size() - 1) / (ace_sample_cuts - 1)]);
+    return cuts;
 }
 
 // The SFF cases of one file are split into `parts` tests of about the same size:
@@ -108,7 +154,8 @@ void damaged_sff(const std::string& leaf, const std::filesystem::path& source, s
     };
     const std::size_t first = bytes.size() * part / parts;
     const std::size_t last = bytes.size() * (part + 1) / parts;
-    for (std::size_t cut = (first + 6) / 7 * 7; cut < last; cut += 7) {
+    for (const std::size_t cut : sff_cuts(bytes.size())) {
+        if (cut < first || cut >= last) continue;
         run_case(bytes.substr(0, cut), leaf + " cut at " + std::to_string(cut));
         if (::testing::Test::HasFatalFailure()) return;
     }
@@ -129,18 +176,19 @@ void damaged_ace(const std::string& leaf, const std::filesystem::path& source, c
     write_file(dir / "in.sff", read_file(sff));
     const run_limits l = limits();
     std::size_t cases = 0;
+    const bool every_mode = full_sets();
     auto run_case = [&](const std::string& ace, const std::string& what) {
         write_file(dir / "in.ace", ace);
         check(run_program({pelkrin_binary(), "-f", "in.ace", "in.sff"}, dir, l), what + " (Pelkrin)");
-        for (const char* mode : {"align", "flow-html", "layout"}) {
-            check(run_program({pelkrin_view_binary(), "-m", mode, "in.ace", "Contig1"}, dir, l),
-                  what + " (Pelkrin-view -m " + mode + ")");
+        const char* const modes[] = {"align", "flow-html", "layout"};
+        for (std::size_t m = 0; m < 3; ++m) {
+            if (!every_mode && m != cases % 3) continue;
+            check(run_program({pelkrin_view_binary(), "-m", modes[m], "in.ace", "Contig1"}, dir, l),
+                  what + " (Pelkrin-view -m " + modes[m] + ")");
         }
         ++cases;
     };
-    for (std::size_t at = 0; at <= text.size(); at = text.find('\n', at) == std::string::npos
-                                                         ? text.size() + 1
-                                                         : text.find('\n', at) + 1) {
+    for (const std::size_t at : ace_cuts(text)) {
         run_case(text.substr(0, at), leaf + " cut at " + std::to_string(at));
         if (::testing::Test::HasFatalFailure()) return;
     }
@@ -155,10 +203,13 @@ void damaged_ace(const std::string& leaf, const std::filesystem::path& source, c
 
 struct sff_part {
     const char* leaf;
-    bool in_project;  // the example; else a file of ../shared/data
+    bool in_project;  // the example; else a file of tests/data
     std::size_t part;
     std::size_t parts;
 };
+
+// Names the part in test listings instead of dumping its bytes.
+void PrintTo(const sff_part& p, std::ostream* os) { *os << p.leaf << " part " << p.part << " of " << p.parts; }
 
 class RobustnessSff : public ::testing::TestWithParam<sff_part> {};
 

@@ -1,5 +1,7 @@
-// Replays every input that once broke a fuzz target (fuzz/regressions/TARGET),
-// and the example assembly, through the same target functions as the fuzzers.
+// Replays every input that once broke a fuzz target (fuzz/regressions/ace, sff,
+// run and views), and the example assembly, through the same target functions
+// as the fuzzers. A folder that is missing or holds no input fails its test:
+// the replay would otherwise pass without replaying anything.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -17,18 +19,19 @@ void call(target_function f, const std::string& bytes) {
     f(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
 }
 
-// Returns how many regression inputs were replayed.
-std::size_t replay(const std::string& target, target_function f) {
-    const auto dir = source_file("fuzz/regressions/" + target);
+// Replays every input of fuzz/regressions/FOLDER (files whose names start
+// with '.' are not inputs); fails when there is none.
+void replay(const std::string& folder, target_function f) {
+    const auto dir = source_file("fuzz/regressions/" + folder);
+    ASSERT_TRUE(std::filesystem::is_directory(dir)) << dir << " is missing";
     std::size_t n = 0;
-    if (!std::filesystem::is_directory(dir)) return n;
     for (const auto& entry : std::filesystem::directory_iterator(dir)) {
         if (!entry.is_regular_file() || entry.path().filename().string().front() == '.') continue;
         SCOPED_TRACE(entry.path().string());
         call(f, read_file(entry.path()));
         ++n;
     }
-    return n;
+    EXPECT_GT(n, 0u) << dir << " holds no regression input";
 }
 
 std::string example(const char* leaf) { return read_file(source_file(std::string("example/") + leaf)); }

@@ -21,7 +21,7 @@ void write_file(const std::filesystem::path& p, std::string_view bytes);
 // The bytes of a text, as a reader takes a file's contents in memory.
 std::vector<std::uint8_t> bytes_of(std::string_view text);
 
-// A file of ../shared/data, beside the project.
+// A file of tests/data: real files written by other programs.
 std::filesystem::path data_file(std::string_view name);
 // A file of the project's source tree.
 std::filesystem::path source_file(std::string_view name);
