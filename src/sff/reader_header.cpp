@@ -32,6 +32,10 @@ void reader::report_short_read(std::size_t got, std::size_t block_size) {
     messages_.out << "Only got " << got << " bytes while " << block_size << " is need" << std::endl;
 }
 
+void reader::check_unchanged() const {
+    if (sff_file.changed()) throw fatal_error(1, "Error: the SFF file " + file_name + " changed while it was read\n");
+}
+
 void reader::report_end_of_file() { messages_.err << "reach end of file while read more data" << std::endl; }
 
 std::ostream& reader::print_file_size() {
@@ -59,6 +63,7 @@ int reader::check_magic_number() {
 }
 
 int reader::get_header() {
+    settle_cur_read();
     byte_cursor seeker(std::span<const std::uint8_t>(), 0, state_);
     seeker.seek(0);
     // A stream that failed earlier reads nothing at all.
