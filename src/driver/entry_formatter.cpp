@@ -1,13 +1,27 @@
 #include "driver/entry_formatter.h"
 
+#include <algorithm>
 #include <exception>
 
 #include "driver/reads_writer.h"
 
 namespace pelkrin {
+namespace {
+
+// The records lie anywhere in the file: their memory is asked for this many
+// reads ahead (first their headers, then, once a header is at hand, the data
+// it locates), so that the cache misses of several reads overlap.
+constexpr std::size_t headers_ahead = 8;
+constexpr std::size_t data_ahead = 4;
+
+void ask_for(const std::uint8_t* from, std::size_t n) {
+    for (std::size_t at = 0; at < n; at += 64) __builtin_prefetch(from + at);
+}
+
+}  // namespace
 
 entry_formatter::entry_formatter(contig_feed& feed, reader& sff, const read_index& index, bool flowgram)
-    : feed_(feed), sff_(sff), index_(index), flowgram_(flowgram) {
+    : feed_(feed), sff_(sff), index_(index), flowgram_(flowgram), file_(sff.sff_file.contents()) {
     thread_ = std::thread([this] { format_all(); });
 }
 
@@ -38,11 +52,29 @@ void entry_formatter::format_contig(contig_names& c) {
 
     write_contig_line(text_, c.name, n, flowgram_ ? 3 : 1);
     text_.mark_contig_start(std::move(c.name), n);
+    for (std::size_t i = 0; i < std::min(n, headers_ahead); ++i) ask_for_header(i);
+    for (std::size_t i = 0; i < std::min(n, data_ahead); ++i) ask_for_data(i);
     for (std::size_t i = 0; i < n; ++i) {
+        if (i + headers_ahead < n) ask_for_header(i + headers_ahead);
+        if (i + data_ahead < n) ask_for_data(i + data_ahead);
         format_entry(names_[i], positions_[i]);
         if (text_.cancelled()) return;
     }
     text_.mark_contig_end();
+}
+
+void entry_formatter::ask_for_header(std::size_t i) const {
+    const std::int64_t pos = positions_[i];
+    if (pos >= 0 && static_cast<std::uint64_t>(pos) < file_.size()) __builtin_prefetch(file_.data() + pos);
+}
+
+void entry_formatter::ask_for_data(std::size_t i) const {
+    record_view r;
+    if (!view_record(file_, positions_[i], sff_.swap_bytes == 1, sff_.cur_read.numOfFlows, r)) return;
+    ask_for(r.quality, r.number_of_bases);
+    if (!flowgram_) return;
+    ask_for(r.flowgram, std::size_t{r.flows} * 2);
+    ask_for(r.flow_index, r.number_of_bases);
 }
 
 void entry_formatter::format_entry(std::string_view name, std::int64_t position) {

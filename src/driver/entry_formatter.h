@@ -9,6 +9,7 @@
 // A read of the SFF file that met its end after another process shrank it
 // ends the run: "Error: the SFF file NAME changed while it was read".
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <thread>
 #include <vector>
@@ -37,6 +38,9 @@ private:
     void format_all();
     void format_contig(contig_names& c);
     void format_entry(std::string_view name, std::int64_t position);
+    // Asks for the memory that reading the records at positions_[i] will need.
+    void ask_for_header(std::size_t i) const;
+    void ask_for_data(std::size_t i) const;
 
     contig_feed& feed_;
     reader& sff_;
@@ -45,6 +49,7 @@ private:
     batch_buffer text_;
     std::vector<std::string_view> names_;
     std::vector<std::int64_t> positions_;
+    std::span<const std::uint8_t> file_;  // the SFF file's bytes
     entry_values values_;
     seqRead decoded_;
     std::thread thread_;

@@ -74,6 +74,7 @@ int reader::get_header() {
     unsigned char raw[sff_header_p1::size];
     const std::size_t got = fixed.read(raw, sizeof raw);
     header_p1.load(raw, got);
+    check_unchanged();
     if (fixed.fail()) {
         report_short_read(got, sff_header_p1::size);
         fixed.clear();

@@ -48,6 +48,7 @@ int reader::build_read_index(read_index& index) {
         const std::size_t got = in.read(raw, sizeof raw);
         cur_read.load_header(raw, got);
         if (in.fail()) {
+            check_unchanged();  // zeros past a new end are no short read to report
             report_short_read(got, sff_read::header_size);
             in.clear();
             result = 0;
@@ -70,6 +71,7 @@ int reader::build_read_index(read_index& index) {
         ++read_count;
         if (read_count >= header_p1.number_of_reads) break;
         if (in.eof()) {
+            check_unchanged();
             report_end_of_file();
             result = 0;
             break;

@@ -38,6 +38,8 @@ bool sff_source::open(const std::string& path) {
     in_memory_ = false;
     fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     size_ = regular_size(fd_);
+    // Mapped from the start, so that every read of the file meets a change alike.
+    if (size_ > 0) contents();
     return fd_ >= 0;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 // The bytes of an SFF file: a file opened for reading, or bytes already in
-// memory (tests and fuzzing). Once contents() has mapped the file, everything
-// is read in place from the mapping, which stays for the source's life (its
-// pages are the page cache's: they cost no memory of the process's own);
-// before that, by positioned reads. Another process may shrink the file
+// memory (tests and fuzzing). A regular file is mapped on opening, and read in
+// place from the mapping, which stays for the source's life (its pages are the
+// page cache's: they cost no memory of the process's own); one that cannot be
+// mapped is read whole into memory. Another process may shrink the file
 // meanwhile: reads past its new end give zeros, and changed() says so.
 #include <atomic>
 #include <cstddef>
@@ -23,7 +23,7 @@ public:
     sff_source(const sff_source&) = delete;
     sff_source& operator=(const sff_source&) = delete;
 
-    // False when the file cannot be opened.
+    // False when the file cannot be opened. Maps a regular file.
     bool open(const std::string& path);
     // Reads from `bytes`, which must outlive this source.
     void use_memory(std::span<const std::uint8_t> bytes);
@@ -63,7 +63,7 @@ private:
     bool mapped_ = false;
     mapping_guard guard_;                    // watches the mapping for the file shrinking
     std::int64_t size_ = -1;
-    mutable std::atomic<std::uint64_t> read_ = 0;  // read_at runs on more than one thread
+    mutable std::atomic<std::uint64_t> read_ = 0;  // the reader may be used from another thread than its maker
 };
 
 }  // namespace pelkrin
