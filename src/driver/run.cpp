@@ -107,7 +107,8 @@ int run(const run_request& request, console messages) {
     check_opened(index_out);
 
     // The assembly is read on a thread of its own from here on, while this
-    // thread indexes the SFF file.
+    // thread indexes the SFF file. Only the reads' names are needed.
+    ace.keep_sequences(false);
     contig_feed feed(ace);
     // The only pass over all of the SFF file's records; after it, records are
     // read where the index says.
