@@ -125,8 +125,13 @@ bool aceReader::read_rd_section(contig& target, line_scanner& scanner, std::stri
         READ& read = found->second;
         scanner.number(read.len);
 
-        const bool block_ended = read_text_block(bases);
-        read.seq.assign(bases.begin(), bases.end());
+        bool block_ended = false;
+        if (keep_sequences_) {
+            block_ended = read_text_block(bases);
+            read.seq.assign(bases.begin(), bases.end());
+        } else {
+            block_ended = skip_block();
+        }
         if (!block_ended) return false;
 
         // The QA line: its first word becomes the tag, the quality clip range is dropped.
@@ -185,8 +190,12 @@ bool aceReader::read_contig(contig& target) {
                 scanner.number(target.seg_num);
                 char direction = 0;
                 if (scanner.character(direction) && direction == 'U') target.uncomplemented = 1;
-                read_text_block(text);
-                target.consensus.assign(text.begin(), text.end());
+                if (keep_sequences_) {
+                    read_text_block(text);
+                    target.consensus.assign(text.begin(), text.end());
+                } else {
+                    skip_block();
+                }
                 break;
             }
             case bq_index:

@@ -45,9 +45,14 @@ public:
     bool unfinished_contig_had_cr() const { return co_line_had_cr_; }
     // Appends up to `max_count` freshly read contigs; returns how many.
     int32_t next_contig(std::vector<contig>& out, int16_t max_count);
+    // Whether next_contig fills the consensus and each read's bases (the
+    // default), or passes over them: the lines are read and checked alike,
+    // only not kept. The reads file needs no bases.
+    void keep_sequences(bool keep) { keep_sequences_ = keep; }
 
 private:
     console messages_;
+    bool keep_sequences_ = true;
     bool contig_begun_ = false;         // this call has handled a CO record
     bool ended_inside_contig_ = false;
     std::string begun_name_;            // the name on the last CO line

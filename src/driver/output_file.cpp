@@ -14,8 +14,6 @@
 namespace pelkrin {
 namespace {
 
-constexpr std::size_t buffer_size = std::size_t{1} << 20;
-
 // The mode a file created by fopen would get.
 mode_t creation_mode() {
     const mode_t mask = ::umask(0);
@@ -47,7 +45,7 @@ std::string link_target(const std::string& path) {
 
 }  // namespace
 
-output_file::output_file(std::string path) : name_(std::move(path)), buf_(buffer_size) {
+output_file::output_file(std::string path) : name_(std::move(path)) {
     final_path_ = link_target(name_);
     struct stat st {};
     const bool exists = ::stat(final_path_.c_str(), &st) == 0;
@@ -97,23 +95,15 @@ bool output_file::same_file_as(const std::string& path) const {
 
 output_file::~output_file() { finish(); }
 
-void output_file::make_room(std::size_t n) {
-    flush();
-    if (buf_.size() < n) buf_.resize(n);
+void output_file::hand_on(std::vector<char>& bytes, std::size_t used) { write_handed(bytes.data(), used); }
+
+void output_file::write_handed(const char* bytes, std::size_t n) {
+    if (n > 0 && file_ != nullptr && !write_failed_ && std::fwrite(bytes, 1, n, file_) != n) write_failed_ = true;
 }
 
-void output_file::flush() {
-    if (used_ == 0) return;
-    if (file_ != nullptr && !write_failed_ && std::fwrite(buf_.data(), 1, used_, file_) != used_) {
-        write_failed_ = true;
-    }
-    flushed_ += static_cast<std::int64_t>(used_);
-    used_ = 0;
-}
-
-std::int64_t output_file::tellp() const {
+std::int64_t output_file::position_at(std::int64_t offset) const {
     if (write_failed_ || !seekable_ || file_ == nullptr) return -1;
-    return flushed_ + static_cast<std::int64_t>(used_);
+    return offset;
 }
 
 bool output_file::finish() {

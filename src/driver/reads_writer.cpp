@@ -10,6 +10,11 @@ void write_contig_header(output_file& reads_out, output_file& index_out, const c
 
 void write_contig_header(output_file& reads_out, output_file& index_out, std::string_view name, std::size_t count,
                          std::int32_t linesPerRead) {
+    write_contig_line(reads_out, name, count, linesPerRead);
+    write_index_line(index_out, name, reads_out.tellp(), count, linesPerRead);
+}
+
+void write_contig_line(text_buffer& reads_out, std::string_view name, std::size_t count, std::int32_t linesPerRead) {
     reads_out.put('>');
     reads_out.write(name);
     reads_out.put('\t');
@@ -17,10 +22,13 @@ void write_contig_header(output_file& reads_out, output_file& index_out, std::st
     reads_out.put('\t');
     reads_out.number(linesPerRead);
     reads_out.put('\n');
+}
 
+void write_index_line(text_buffer& index_out, std::string_view name, std::int64_t position, std::size_t count,
+                      std::int32_t linesPerRead) {
     index_out.write(name);
     index_out.put('\t');
-    index_out.number(reads_out.tellp());
+    index_out.number(position);
     index_out.put('\t');
     index_out.number(count);
     index_out.put('\t');
@@ -30,13 +38,20 @@ void write_contig_header(output_file& reads_out, output_file& index_out, std::st
 
 void write_read_entry(output_file& reads_out, std::string_view name, const seqRead& read, const sff_read& record,
                       bool flowgram) {
+    const std::size_t flows = std::min<std::size_t>(record.numOfFlows, record.flowgram_values.size());
+    write_read_entry(reads_out, name, read.quals, read.flowIdx, std::span(record.flowgram_values).first(flows),
+                     flowgram);
+}
+
+void write_read_entry(text_buffer& reads_out, std::string_view name, std::span<const std::int16_t> quals,
+                      std::span<const std::int16_t> flowIdx, std::span<const std::uint16_t> flowgram_values,
+                      bool flowgram) {
     reads_out.write(name);
     reads_out.write("\t1\n");
-    reads_out.values_line(read.quals.data(), read.quals.size());
+    reads_out.values_line(quals.data(), quals.size());
     if (!flowgram) return;
-    reads_out.values_line(read.flowIdx.data(), read.flowIdx.size());
-    const std::size_t flows = std::min<std::size_t>(record.numOfFlows, record.flowgram_values.size());
-    reads_out.values_line(record.flowgram_values.data(), flows);
+    reads_out.values_line(flowIdx.data(), flowIdx.size());
+    reads_out.values_line(flowgram_values.data(), flowgram_values.size());
 }
 
 }  // namespace pelkrin

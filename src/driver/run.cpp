@@ -1,15 +1,15 @@
 #include "driver/run.h"
 
+#include <exception>
 #include <ostream>
-#include <string_view>
-#include <utility>
-#include <vector>
 
 #include "ace/ace_reader.h"
 #include "common/fatal_error.h"
 #include "common/same_file.h"
-#include "driver/contig_writer.h"
+#include "driver/contig_feed.h"
+#include "driver/entry_formatter.h"
 #include "driver/output_file.h"
+#include "driver/reads_writer.h"
 #include "driver/texts.h"
 #include "sff/reader.h"
 
@@ -30,6 +30,31 @@ void refuse_to_overwrite_inputs(const run_request& request) {
 
 void check_opened(const output_file& out) {
     if (out.failed_to_open()) throw fatal_error(1, "can not open file " + out.name() + "\n");
+}
+
+// Every contig's header and index lines, and the entries formatted for it. The
+// reads file's buffers come formatted; writing them here leaves the files as
+// writing each piece here would have: the same bytes, a failed write noticed
+// as each contig ends, what was buffered then still written.
+void write_entries(entry_formatter& formatter, output_file& reads_out, output_file& index_out,
+                   std::int32_t linesPerRead) {
+    text_batch batch;
+    while (true) {
+        formatter.next(batch);
+        for (const text_batch::mark& m : batch.marks) {
+            if (m.contig_start) {
+                write_index_line(index_out, m.name, reads_out.position_at(m.offset), m.reads, linesPerRead);
+            } else if (reads_out.write_failed() || index_out.write_failed()) {
+                reads_out.write_handed(batch.text.data(), m.at);
+                for (const output_file* out : {&reads_out, &index_out}) {
+                    if (out->write_failed()) throw fatal_error(1, "can not write file " + out->name() + "\n");
+                }
+            }
+        }
+        reads_out.write_handed(batch.text.data(), batch.used);
+        if (batch.error) std::rethrow_exception(batch.error);
+        if (batch.last) return;
+    }
 }
 
 void finish_output(output_file& out) {
@@ -81,29 +106,19 @@ int run(const run_request& request, console messages) {
     check_opened(reads_out);
     check_opened(index_out);
 
-    // Parsing and look-ups on this thread; decoding and writing on the writer's.
-    // The writer leaves the SFF reader alone until it gets its first contig.
-    // Declared after the outputs: when an error unwinds the run, the writer
-    // finishes every contig handed over before they close.
-    contig_writer writer(sff, reads_out, index_out, request.flowgram);
-
-    // The only pass over all of the SFF file's records; after it, records are read by seeking.
+    // The assembly is read on a thread of its own from here on, while this
+    // thread indexes the SFF file. Only the reads' names are needed.
+    ace.keep_sequences(false);
+    contig_feed feed(ace);
+    // The only pass over all of the SFF file's records; after it, records are
+    // read where the index says.
     read_index index;
     sff.build_read_index(index);
-
-    std::vector<std::string_view> names;
-    while (true) {
-        contig c;
-        if (!ace.next_contig(c)) break;
-        contig_writer::job j = contig_writer::job::of(c);
-        // A name the SFF file lacks is decoded from offset 0, the index's default.
-        names.clear();
-        for (std::size_t i = 0; i < j.reads(); ++i) names.push_back(j.name(i));
-        j.positions.resize(names.size());
-        index.positions_of(names, j.positions);
-        writer.add(std::move(j));
-    }
-    writer.finish();
+    sff.check_unchanged();
+    // Reads are decoded and their entries formatted on another thread; this
+    // one writes them.
+    entry_formatter formatter(feed, sff, index, request.flowgram);
+    write_entries(formatter, reads_out, index_out, request.flowgram ? 3 : 1);
     finish_output(reads_out);
     finish_output(index_out);
     const std::string problems = incomplete_inputs(request, ace, sff);

@@ -15,6 +15,7 @@
 #include "common/console.h"
 #include "sff/byte_cursor.h"
 #include "sff/read_index.h"
+#include "sff/record_view.h"
 #include "sff/seq_read.h"
 #include "sff/sff_header.h"
 #include "sff/sff_read.h"
@@ -29,7 +30,7 @@ public:
     int swap_bytes = 1;  // 1: the file's integers are big-endian; 0: little-endian
     sff_header_p1 header_p1;
     sff_header_p2 header_p2;
-    sff_read cur_read;  // every record is decoded here
+    sff_read cur_read;  // every record is decoded here (after view_read, only by the next get_read)
     std::int64_t read_count = 0;
 
     // Opens the file; throws fatal_error when it cannot. Reports that do not end
@@ -46,14 +47,13 @@ public:
     int build_read_index(read_index& index);
     // Decodes the record at `pos` into cur_read and `out`; returns cur_read.
     const sff_read& get_read(const std::int64_t& pos, seqRead& out);
-    // The same from the first record_block() bytes at `pos`, fetched ahead with
-    // fetch_block (fewer where the file ended); the rest of a longer record is read.
-    const sff_read& get_read(const std::int64_t& pos, std::span<const std::uint8_t> fetched, seqRead& out);
+    // What get_read would decode at `pos`, read in place, when the record lies
+    // whole in the file and the stream has not failed; false otherwise (then
+    // get_read must be used). Moves the stream as get_read would; cur_read is
+    // brought up to this record by the next call that needs it.
+    bool view_read(std::int64_t pos, record_view& out);
     // The bytes one positioned read takes at a record: most records fit whole.
     std::size_t record_block() const { return 512 + std::size_t{cur_read.numOfFlows} * 4; }
-    // Reads the first record_block() bytes at `pos` into dst; returns how many
-    // came. Leaves the reader as it is: safe on another thread.
-    std::size_t fetch_block(std::int64_t pos, std::uint8_t* dst) const;
     int get_next_read(read_index& index);
     int get_next_read();
 
@@ -63,6 +63,11 @@ public:
     // last one whole: the file was not cut short.
     bool walk_complete() const { return walk_complete_; }
 
+    // Throws fatal_error ("Error: the SFF file NAME changed while it was
+    // read") when another process shrank the file and a read met its new end:
+    // what was read cannot be trusted.
+    void check_unchanged() const;
+
     // Where the reader's stream stands.
     const stream_state& state() const { return state_; }
 
@@ -70,6 +75,7 @@ private:
     console messages_;
     stream_state state_;
     bool walk_complete_ = false;
+    std::int64_t viewed_ = -1;  // the record view_read read last, not yet decoded into cur_read
     // Bytes read for the header, a record's first block, the rest of a long record; reused.
     std::vector<std::uint8_t> header_;
     std::vector<std::uint8_t> block_;
@@ -82,6 +88,9 @@ private:
     // Seeks the stream to `pos`; false when it failed (it stays failed).
     bool seek_to(std::int64_t pos);
     const sff_read& decode_at(std::int64_t pos, std::span<const std::uint8_t> bytes, seqRead& out);
+    // Decodes into cur_read the record view_read read last, if any: what a
+    // later record cut short keeps of its predecessor must be there.
+    void settle_cur_read();
     int sequential_step(read_index* index);
     // Where a record found at `pos` begins: past the file's own index block
     // when that stands there (the format lets it stand among the records).

@@ -6,10 +6,6 @@
 
 namespace pelkrin {
 
-std::size_t reader::fetch_block(std::int64_t pos, std::uint8_t* dst) const {
-    return sff_file.read_at(pos, dst, record_block());
-}
-
 std::span<const std::uint8_t> reader::record_bytes(std::int64_t pos, std::span<const std::uint8_t> first) {
     // A block that came up short holds all the file has from `pos` on.
     if (first.size() < record_block() || first.size() < sff_read::header_size) return first;
@@ -38,13 +34,26 @@ bool reader::seek_to(std::int64_t pos) {
 }
 
 const sff_read& reader::get_read(const std::int64_t& pos, seqRead& out) {
+    settle_cur_read();
     if (!seek_to(pos)) return cur_read;  // out and cur_read stay as they were
     return decode_at(pos, record_bytes(pos, sff_file.bytes_at(pos, record_block(), block_)), out);
 }
 
-const sff_read& reader::get_read(const std::int64_t& pos, std::span<const std::uint8_t> fetched, seqRead& out) {
-    if (!seek_to(pos)) return cur_read;
-    return decode_at(pos, record_bytes(pos, fetched), out);
+bool reader::view_read(std::int64_t pos, record_view& out) {
+    if (state_.fail || !view_record(sff_file.contents(), pos, big_endian(), cur_read.numOfFlows, out)) return false;
+    // Where a stream stands after reading the whole record.
+    state_ = stream_state{pos + static_cast<std::int64_t>(out.extent), false, false};
+    viewed_ = pos;
+    return true;
+}
+
+void reader::settle_cur_read() {
+    if (viewed_ < 0) return;
+    const std::int64_t pos = viewed_;
+    viewed_ = -1;
+    // A whole record: the stream's state is already where decoding leaves it.
+    decode_record(record_bytes(pos, sff_file.bytes_at(pos, record_block(), block_)), pos, header_p1, big_endian(),
+                  record_decoding::at_position, cur_read);
 }
 
 }  // namespace pelkrin

@@ -32,6 +32,10 @@ void reader::report_short_read(std::size_t got, std::size_t block_size) {
     messages_.out << "Only got " << got << " bytes while " << block_size << " is need" << std::endl;
 }
 
+void reader::check_unchanged() const {
+    if (sff_file.changed()) throw fatal_error(1, "Error: the SFF file " + file_name + " changed while it was read\n");
+}
+
 void reader::report_end_of_file() { messages_.err << "reach end of file while read more data" << std::endl; }
 
 std::ostream& reader::print_file_size() {
@@ -57,6 +61,7 @@ int reader::check_magic_number() {
 }
 
 int reader::get_header() {
+    settle_cur_read();
     // A stream that failed earlier reads nothing at all.
     const bool readable = seek_to(0);
     const auto bytes_from = [&](std::int64_t pos, std::size_t n) {
@@ -66,6 +71,7 @@ int reader::get_header() {
     unsigned char raw[sff_header_p1::size];
     const std::size_t got = fixed.read(raw, sizeof raw);
     header_p1.load(raw, got);
+    check_unchanged();
     if (fixed.fail()) {
         report_short_read(got, sff_header_p1::size);
         fixed.clear();

@@ -18,6 +18,7 @@ std::int64_t reader::past_index_block(std::int64_t pos) const {
 }
 
 int reader::build_read_index(read_index& index) {
+    settle_cur_read();
     read_count = 0;
     walk_complete_ = false;
     get_header();
@@ -47,6 +48,7 @@ int reader::build_read_index(read_index& index) {
         const std::size_t got = in.read(raw, sizeof raw);
         cur_read.load_header(raw, got);
         if (in.fail()) {
+            check_unchanged();  // zeros past a new end are no short read to report
             report_short_read(got, sff_read::header_size);
             in.clear();
             result = 0;
@@ -65,11 +67,11 @@ int reader::build_read_index(read_index& index) {
         in.seek_relative(header_padding(cur_read) + static_cast<std::int64_t>(data_length + data_padding(data_length)));
         data_end = record_start + static_cast<std::int64_t>(sff_read::header_size + cur_read.name_length) +
                    header_padding(cur_read) + static_cast<std::int64_t>(data_length);
-        sff_file.passed(in.state().pos);
 
         ++read_count;
         if (read_count >= header_p1.number_of_reads) break;
         if (in.eof()) {
+            check_unchanged();
             report_end_of_file();
             result = 0;
             break;
@@ -82,6 +84,7 @@ int reader::build_read_index(read_index& index) {
 }
 
 int reader::sequential_step(read_index* index) {
+    settle_cur_read();
     if (read_count >= header_p1.number_of_reads) return 0;
     if (state_.eof) {
         report_end_of_file();

@@ -34,9 +34,11 @@ void read_flowgram(byte_cursor& in, sff_read& r) {
 
 }  // namespace
 
-std::int64_t header_padding(const sff_read& r) {
+std::int64_t header_padding(const sff_read& r) { return header_padding(r.read_header_length, r.name_length); }
+
+std::int64_t header_padding(std::uint16_t read_header_length, std::uint16_t name_length) {
     const auto padding =
-        static_cast<std::int16_t>(r.read_header_length - r.name_length - static_cast<int>(sff_read::header_size));
+        static_cast<std::int16_t>(read_header_length - name_length - static_cast<int>(sff_read::header_size));
     return std::max<std::int64_t>(padding, 0);
 }
 
@@ -46,11 +48,20 @@ std::uint64_t data_padding(std::uint64_t data_length) {
 }
 
 std::uint64_t record_extent(std::span<const std::uint8_t> first, bool big_endian, std::uint16_t flows) {
-    sff_read h;
-    h.load_header(first.data(), std::min(first.size(), sff_read::header_size));
-    if (big_endian) h.var_endian_swap();
-    return sff_read::header_size + h.name_length + static_cast<std::uint64_t>(header_padding(h)) +
-           std::uint64_t{flows} * 2 + 3 * std::uint64_t{h.number_of_bases};
+    // The fields a short header lacks count as 0, as a fresh record's do.
+    unsigned char raw[sff_read::header_size] = {};
+    std::copy_n(first.data(), std::min(first.size(), sff_read::header_size), raw);
+    std::uint16_t read_header_length = load_le16(raw);
+    std::uint16_t name_length = load_le16(raw + 2);
+    std::uint32_t number_of_bases = load_le32(raw + 4);
+    if (big_endian) {
+        read_header_length = reverse_bytes16(read_header_length);
+        name_length = reverse_bytes16(name_length);
+        number_of_bases = reverse_bytes32(number_of_bases);
+    }
+    return sff_read::header_size + name_length +
+           static_cast<std::uint64_t>(header_padding(read_header_length, name_length)) + std::uint64_t{flows} * 2 +
+           3 * std::uint64_t{number_of_bases};
 }
 
 record_outcome decode_record(std::span<const std::uint8_t> bytes, std::int64_t pos, const sff_header_p1& header,

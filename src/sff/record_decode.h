@@ -46,6 +46,7 @@ std::uint64_t record_extent(std::span<const std::uint8_t> first, bool big_endian
 // a 16-bit number; a header too short to hold the name gives none, so that
 // reading never goes backwards.
 std::int64_t header_padding(const sff_read& r);
+std::int64_t header_padding(std::uint16_t read_header_length, std::uint16_t name_length);
 
 // Data sections are padded to a multiple of 8 bytes.
 std::uint64_t data_padding(std::uint64_t data_length);

@@ -12,12 +12,6 @@
 namespace pelkrin {
 namespace {
 
-// A walk lets go of the mapped pages behind it whenever it has passed this many bytes.
-constexpr std::int64_t walk_window = 16 * 1024 * 1024;
-// A page fault maps the cached pages around it too: those just behind the walk stay.
-constexpr std::int64_t fault_around = 64 * 1024;
-constexpr std::int64_t page = 4096;
-
 std::int64_t regular_size(int fd) {
     struct stat st {};
     return (fd >= 0 && ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode)) ? static_cast<std::int64_t>(st.st_size) : -1;
@@ -31,11 +25,11 @@ sff_source::~sff_source() {
 }
 
 void sff_source::unmap() {
+    guard_.release();
     if (mapped_) ::munmap(const_cast<std::uint8_t*>(memory_.data()), memory_.size());
     mapped_ = false;
     memory_ = {};
     whole_file_ = {};
-    released_to_ = 0;
 }
 
 bool sff_source::open(const std::string& path) {
@@ -44,6 +38,8 @@ bool sff_source::open(const std::string& path) {
     in_memory_ = false;
     fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     size_ = regular_size(fd_);
+    // Mapped from the start, so that every read of the file meets a change alike.
+    if (size_ > 0) contents();
     return fd_ >= 0;
 }
 
@@ -83,9 +79,10 @@ std::size_t sff_source::read_at(std::int64_t pos, std::uint8_t* dst, std::size_t
 
 std::span<const std::uint8_t> sff_source::bytes_at(std::int64_t pos, std::size_t n,
                                                     std::vector<std::uint8_t>& buffer) const {
-    if (in_memory_) {
-        if (pos < 0 || pos >= size_) return {};
-        const auto got = static_cast<std::size_t>(std::min<std::int64_t>(static_cast<std::int64_t>(n), size_ - pos));
+    if (in_place()) {
+        const auto end = static_cast<std::int64_t>(memory_.size());
+        if (pos < 0 || pos >= end) return {};
+        const auto got = static_cast<std::size_t>(std::min<std::int64_t>(static_cast<std::int64_t>(n), end - pos));
         read_.fetch_add(got, std::memory_order_relaxed);
         return memory_.subspan(static_cast<std::size_t>(pos), got);
     }
@@ -94,35 +91,22 @@ std::span<const std::uint8_t> sff_source::bytes_at(std::int64_t pos, std::size_t
 }
 
 std::span<const std::uint8_t> sff_source::contents() {
-    if (in_memory_ || mapped_) return memory_;
-    if (size_ <= 0 || !whole_file_.empty()) return whole_file_;
-    void* m = ::mmap(nullptr, static_cast<std::size_t>(size_), PROT_READ, MAP_SHARED, fd_, 0);
+    if (in_place()) return memory_;
+    if (size_ <= 0) return {};
+    const auto length = static_cast<std::size_t>(size_);
+    void* m = ::mmap(nullptr, length, PROT_READ, MAP_SHARED, fd_, 0);
     if (m != MAP_FAILED) {
-        mapped_ = true;
-        memory_ = {static_cast<const std::uint8_t*>(m), static_cast<std::size_t>(size_)};
-        return memory_;
+        if (guard_.watch(m, length, fd_)) {
+            mapped_ = true;
+            memory_ = {static_cast<const std::uint8_t*>(m), length};
+            return memory_;
+        }
+        ::munmap(m, length);
     }
     whole_file_.resize(static_cast<std::size_t>(size_));
     whole_file_.resize(read_at(0, whole_file_.data(), whole_file_.size()));
-    return whole_file_;
-}
-
-void sff_source::passed(std::int64_t pos) {
-    if (!mapped_) return;
-    if (pos < released_to_) released_to_ = std::max<std::int64_t>(pos, 0) / page * page;  // a walk from the front again
-    // Only ever inside the mapping: a position past the end of the file must not
-    // let go of whatever memory lies beyond it.
-    const std::int64_t behind = std::min(pos - fault_around, size_) / page * page;
-    if (behind - released_to_ <= walk_window) return;
-    ::madvise(const_cast<std::uint8_t*>(memory_.data()) + released_to_, static_cast<std::size_t>(behind - released_to_),
-              MADV_DONTNEED);
-    released_to_ = behind;
-}
-
-void sff_source::refresh() {
-    if (in_memory_) return;
-    unmap();
-    size_ = regular_size(fd_);
+    memory_ = whole_file_;
+    return memory_;
 }
 
 }  // namespace pelkrin

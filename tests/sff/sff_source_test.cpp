@@ -68,16 +68,43 @@ TEST(SffSource, AnEmptyFileHasEmptyContents) {
     EXPECT_TRUE(in.contents().empty());
 }
 
-TEST(SffSource, RefreshMeetsTheFileAsItIsNow) {
+TEST(SffSource, AFileThatShrinksUnderItsMappingReadsZerosAndSaysSo) {
     const auto path = test::scratch_dir() / "shrinks.sff";
     test::write_file(path, std::string(100000, 'x'));
     sff_source in;
     ASSERT_TRUE(in.open(path.string()));
-    EXPECT_EQ(in.contents().size(), 100000u);
+    const std::span<const std::uint8_t> bytes = in.contents();
+    ASSERT_EQ(bytes.size(), 100000u);
+    EXPECT_EQ(bytes[99999], 'x');
+    EXPECT_FALSE(in.changed());
+    ASSERT_EQ(::truncate(path.c_str(), 5000), 0);
+    EXPECT_EQ(bytes[4999], 'x') << "what the file still holds";
+    EXPECT_EQ(bytes[5000], 0) << "the rest of its last page";
+    EXPECT_FALSE(in.changed()) << "nothing past the file's end was touched yet";
+    EXPECT_EQ(bytes[70000], 0);
+    EXPECT_TRUE(in.changed());
+    EXPECT_EQ(bytes[8192], 0) << "every page past the end reads zeros";
+    EXPECT_EQ(bytes[99999], 0);
+    EXPECT_EQ(bytes[100], 'x');
+}
+
+TEST(SffSource, AFileEmptiedUnderItsMappingReadsZeros) {
+    const auto path = test::scratch_dir() / "emptied.sff";
+    test::write_file(path, std::string(3 * 4096 + 10, 'y'));
+    sff_source in;
+    ASSERT_TRUE(in.open(path.string()));
+    const std::span<const std::uint8_t> bytes = in.contents();
     ASSERT_EQ(::truncate(path.c_str(), 0), 0);
-    in.refresh();
-    EXPECT_EQ(in.size(), 0);
-    EXPECT_TRUE(in.contents().empty());
+    std::size_t sum = 0;
+    for (const std::uint8_t b : bytes) sum += b;
+    EXPECT_EQ(sum, 0u);
+    EXPECT_TRUE(in.changed());
+}
+
+TEST(SffSource, MemoryNeverChanges) {
+    sff_source in;
+    in.keep_memory(test::bytes_of("abc"));
+    EXPECT_FALSE(in.changed());
 }
 
 TEST(SffSource, AMissingFileCannotBeOpened) {

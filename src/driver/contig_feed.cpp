@@ -1,0 +1,59 @@
+#include "driver/contig_feed.h"
+
+#include <utility>
+
+namespace pelkrin {
+namespace {
+
+// Read names queued at most: a few dozen bytes each, some megabytes in all.
+constexpr std::size_t most_queued_reads = std::size_t{1} << 18;
+
+}  // namespace
+
+contig_feed::contig_feed(aceReader& ace) : ace_(ace), queue_(most_queued_reads) {
+    thread_ = std::thread([this] { read_all(); });
+}
+
+contig_feed::~contig_feed() {
+    cancel();
+    join();
+}
+
+void contig_feed::cancel() { queue_.cancel(); }
+
+void contig_feed::join() {
+    if (thread_.joinable()) thread_.join();
+}
+
+void contig_feed::read_all() {
+    item last;
+    try {
+        while (true) {
+            contig c;
+            if (!ace_.next_contig(c)) break;
+            item i;
+            i.names = contig_names::of(c);
+            const std::size_t weight = i.names.reads() + 1;
+            if (!queue_.push(std::move(i), weight)) return;
+        }
+        last.end = true;
+    } catch (...) {
+        last.error = std::current_exception();
+    }
+    queue_.push(std::move(last), 1);
+}
+
+bool contig_feed::next(contig_names& out) {
+    item i;
+    if (over_ || !queue_.pop(i)) return false;
+    if (i.end || i.error) {
+        over_ = true;
+        join();
+        if (i.error) std::rethrow_exception(i.error);
+        return false;
+    }
+    out = std::move(i.names);
+    return true;
+}
+
+}  // namespace pelkrin
