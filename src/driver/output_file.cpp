@@ -14,6 +14,9 @@
 namespace pelkrin {
 namespace {
 
+// Bytes written between two requests to start writing them to the disk.
+constexpr std::int64_t send_to_disk_every = std::int64_t{8} << 20;
+
 // The mode a file created by fopen would get.
 mode_t creation_mode() {
     const mode_t mask = ::umask(0);
@@ -98,7 +101,19 @@ output_file::~output_file() { finish(); }
 void output_file::hand_on(std::vector<char>& bytes, std::size_t used) { write_handed(bytes.data(), used); }
 
 void output_file::write_handed(const char* bytes, std::size_t n) {
-    if (n > 0 && file_ != nullptr && !write_failed_ && std::fwrite(bytes, 1, n, file_) != n) write_failed_ = true;
+    if (n == 0 || file_ == nullptr || write_failed_) return;
+    if (std::fwrite(bytes, 1, n, file_) != n) {
+        write_failed_ = true;
+        return;
+    }
+    written_ += static_cast<std::int64_t>(n);
+    // The disk takes what has been written as it comes, rather than all of it
+    // when the file is put in place: the file system writes a file that
+    // replaces another before the renaming ends.
+    if (seekable_ && written_ - sent_to_disk_ >= send_to_disk_every) {
+        ::sync_file_range(::fileno(file_), sent_to_disk_, written_ - sent_to_disk_, SYNC_FILE_RANGE_WRITE);
+        sent_to_disk_ = written_;
+    }
 }
 
 std::int64_t output_file::position_at(std::int64_t offset) const {

@@ -59,6 +59,8 @@ private:
     std::string temp_path_;   // empty when written in place
     std::FILE* file_ = nullptr;
     bool seekable_ = false;
+    std::int64_t written_ = 0;       // bytes that reached the file
+    std::int64_t sent_to_disk_ = 0;  // the file's first bytes the disk was asked to take
     bool write_failed_ = false;
     bool finished_ = false;
 };
