@@ -1,63 +1,115 @@
 #!/usr/bin/env bash
-# Times Pelkrin on generated assemblies of 50,000 and 200,000 reads of 800 flows
-# (the ACE file uses 99% of them) against the floor of the job: reading both
-# inputs once (cat sff ace > /dev/null) plus writing the output once
-# (cat PREFIX.reads > copy). Also times `vsearch --sff_convert` (a C++ SFF
-# reader) on the same SFF file. Page cache warm; medians of RUNS runs.
+# Times Pelkrin on generated assemblies (reads of 800 flows, the ACE file using
+# 99% of them) against the floor of the job and against vsearch.
 #
-#   bench/run-bench.sh [WORK_DIR] [RUNS]
+#   bench/run-bench.sh [-n RUNS] [-s "SIZES"] [WORK_DIR]
 #
-# Needs about 2.5 GB in WORK_DIR (default /tmp/pelkrin-bench).
+#   -n RUNS    timed rounds per size (default 7), after one warm-up round
+#   -s SIZES   read counts, space separated (default "200000 1000000")
+#   WORK_DIR   where the pairs are generated and kept (default /tmp/pelkrin-bench)
+#
+# Disk: a pair takes about 3.6 kB per read (the 1,000,000-read pair 3.6 GB),
+# and the runs write about 5 kB per read more (the -f reads file and its copy),
+# so the default sizes need about 14 GB in WORK_DIR. Pass -s 200000 for a run
+# that needs under 3 GB.
+#
+# Cases, run in turn within each round (A, B, C, ... A, B, C, ...), page cache warm:
+#   Pelkrin            Pelkrin ACE SFF
+#   floor              the job's own reading and writing done once:
+#                      cat SFF ACE > /dev/null; cat PREFIX.reads > copy
+#   Pelkrin -f, floor -f   the same with flowgrams (the -f reads file)
+#   vsearch            vsearch --sff_convert SFF --sff_clip --fastqout FILE
+# Per case: median wall, user and sys seconds of the rounds, and the largest
+# peak RssAnon (anonymous memory the process allocated, sampled every 10 ms;
+# pages of mapped input files are page cache and are not counted).
 set -euo pipefail
 cd "$(dirname "$0")/.."
+
+runs=7
+sizes="200000 1000000"
+while getopts "n:s:" option; do
+  case $option in
+    n) runs=$OPTARG ;;
+    s) sizes=$OPTARG ;;
+    *) sed -n '2,12p' "$0" >&2; exit 2 ;;
+  esac
+done
+shift $((OPTIND - 1))
 work=${1:-/tmp/pelkrin-bench}
-runs=${2:-5}
 mkdir -p "$work"
 
 scripts/install-deps.sh
-for tool in time vsearch; do
-  command -v "$([[ $tool == time ]] && echo /usr/bin/time || echo "$tool")" >/dev/null 2>&1 || {
-    sudo=""; [[ $(id -u) -eq 0 ]] || sudo="sudo"
-    $sudo apt-get install -y -qq "$tool" >/dev/null
-  }
-done
+command -v vsearch >/dev/null 2>&1 || {
+  sudo=""; [[ $(id -u) -eq 0 ]] || sudo="sudo"
+  $sudo apt-get install -y -qq vsearch >/dev/null
+}
 cmake -S . -B out/release -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
-cmake --build out/release --target Pelkrin make_assembly >/dev/null
+cmake --build out/release --target Pelkrin make_assembly run_measured >/dev/null
 pelkrin=$PWD/out/release/Pelkrin
+measured=$PWD/out/release/bench/run_measured
 
-# median wall seconds, median user, median sys, largest peak KB of RUNS runs of "$@"
-measure() {
-  local samples=()
-  "$@" >/dev/null 2>&1  # warm-up
-  for ((i = 0; i < runs; ++i)); do
-    samples+=("$(/usr/bin/time -f '%e %U %S %M' "$@" 2>&1 >/dev/null | tail -n 1)")
-  done
-  printf '%s\n' "${samples[@]}" | awk '
+# Appends "wall user sys peak_kB" of one run of "$@" to the file $1.
+sample() {
+  local into=$1
+  shift
+  "$measured" "$@" 2>>"$into" >/dev/null
+}
+
+# median wall, user, sys and largest peak (MB, 10^6 bytes) of a samples file
+summary() {
+  awk '
     { wall[NR] = $1; user[NR] = $2; sys[NR] = $3; if ($4 > peak) peak = $4 }
     function median(a, n,   i, j, t) {
       for (i = 1; i <= n; ++i) for (j = i + 1; j <= n; ++j) if (a[j] < a[i]) { t = a[i]; a[i] = a[j]; a[j] = t }
-      return a[int((n + 1) / 2)]
+      return n % 2 ? a[(n + 1) / 2] : (a[n / 2] + a[n / 2 + 1]) / 2
     }
-    END { printf "%.2f %.2f %.2f %d\n", median(wall, NR), median(user, NR), median(sys, NR), peak }'
+    END { printf "%.3f %.3f %.3f %.1f\n", median(wall, NR), median(user, NR), median(sys, NR), peak * 1024 / 1e6 }' "$1"
 }
 
 calc() { awk "BEGIN { printf \"%.2f\", $1 }"; }
+row() { printf '%-9s %-36s %8s %8s %8s %11s  %s\n' "$@"; }
 
-printf '%-8s %-22s %8s %8s %8s %10s\n' reads case wall_s user_s sys_s peak_MB
-for reads in 50000 200000; do
-  prefix=$work/asm$reads
-  [[ -s $prefix.sff && -s $prefix.ace ]] || out/release/bench/make_assembly "$prefix" "$reads" 800 100 99 1
-  cat "$prefix.sff" "$prefix.ace" >/dev/null
-  for flags in "" "-f"; do
-    label="pelkrin ${flags:-(no -f)}"
-    read -r wall user sys peak < <(measure "$pelkrin" $flags "$prefix.ace" "$prefix.sff")
-    read -r fwall fuser fsys fpeak < <(measure sh -c "cat '$prefix.sff' '$prefix.ace' > /dev/null; cat '$prefix.reads' > '$work/copy.reads'")
-    printf '%-8s %-22s %8s %8s %8s %10.1f\n' "$reads" "$label" "$wall" "$user" "$sys" "$(calc "$peak / 1024")"
-    printf '%-8s %-22s %8s %8s %8s %10s   ratio %.2f\n' "$reads" "floor ${flags:-(no -f)}" "$fwall" "$fuser" "$fsys" "-" \
-      "$(calc "$wall / $fwall")"
+declare -A plain_wall
+row reads case wall_s user_s sys_s RssAnon_MB ""
+for reads in $sizes; do
+  pair=$work/asm$reads
+  [[ -s $pair.sff && -s $pair.ace ]] || out/release/bench/make_assembly "$pair" "$reads" 800 100 99 1
+  # Each flag writes beside its own link to the ACE file, so the runs never share an output.
+  mkdir -p "$work/plain" "$work/flows"
+  ln -sf "$pair.ace" "$work/plain/asm$reads.ace"
+  ln -sf "$pair.ace" "$work/flows/asm$reads.ace"
+  plain=$work/plain/asm$reads
+  flows=$work/flows/asm$reads
+  samples=$work/samples.$reads
+  rm -rf "$samples"
+  mkdir -p "$samples"
+  for ((round = 0; round <= runs; ++round)); do
+    # Round 0 warms the page cache and makes the reads files the floors copy.
+    into=$samples
+    ((round > 0)) || { into=$samples/warm-up; mkdir -p "$into"; }
+    sample "$into/pelkrin" "$pelkrin" "$plain.ace" "$pair.sff"
+    sample "$into/floor" sh -c "cat '$pair.sff' '$pair.ace' > /dev/null; cat '$plain.reads' > '$work/copy'"
+    sample "$into/pelkrin-f" "$pelkrin" -f "$flows.ace" "$pair.sff"
+    sample "$into/floor-f" sh -c "cat '$pair.sff' '$pair.ace' > /dev/null; cat '$flows.reads' > '$work/copy'"
+    sample "$into/vsearch" vsearch --sff_convert "$pair.sff" --sff_clip --fastqout "$work/out.fq" --quiet
   done
-  read -r wall user sys peak < <(measure vsearch --sff_convert "$prefix.sff" --fastqout "$work/out.fq" --quiet)
-  printf '%-8s %-22s %8s %8s %8s %10.1f\n' "$reads" "vsearch --sff_convert" "$wall" "$user" "$sys" "$(calc "$peak / 1024")"
-  printf '%-8s %-22s %8s %8s %8s %10.1f\n' "$reads" "memory budget" - - - "$(calc "60 + 150 * $reads / 1048576")"
+  rm -f "$work/copy" "$work/out.fq"
+
+  read -r wall user sys peak < <(summary "$samples/pelkrin")
+  read -r fwall fuser fsys _ < <(summary "$samples/floor")
+  read -r xwall xuser xsys xpeak < <(summary "$samples/pelkrin-f")
+  read -r gwall guser gsys _ < <(summary "$samples/floor-f")
+  read -r vwall vuser vsys vpeak < <(summary "$samples/vsearch")
+  plain_wall[$reads]=$wall
+  row "$reads" "Pelkrin" "$wall" "$user" "$sys" "$peak" "$(calc "$wall / $fwall") x floor"
+  row "$reads" "floor" "$fwall" "$fuser" "$fsys" - ""
+  row "$reads" "Pelkrin -f" "$xwall" "$xuser" "$xsys" "$xpeak" "$(calc "$xwall / $gwall") x floor -f"
+  row "$reads" "floor -f" "$gwall" "$guser" "$gsys" - ""
+  row "$reads" "vsearch --sff_convert --sff_clip" "$vwall" "$vuser" "$vsys" "$vpeak" \
+    "Pelkrin $(calc "$vwall / $wall") x faster; $(calc "$vwall / $fwall") x floor"
+  row "$reads" "memory budget (60 MB + 120 B/read)" - - - "$(calc "60 + 120 * $reads / 1000000")" ""
 done
-rm -f "$work/copy.reads" "$work/out.fq"
+if [[ -n ${plain_wall[200000]:-} && -n ${plain_wall[1000000]:-} ]]; then
+  echo "1,000,000 reads take $(calc "${plain_wall[1000000]} / ${plain_wall[200000]}") times as long as 200,000 (linear: 5)"
+fi
+echo "$runs rounds per size; $(nproc) cores; $(grep -m1 'model name' /proc/cpuinfo | cut -d: -f2 | sed 's/^ //')"
