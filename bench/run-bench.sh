@@ -13,7 +13,8 @@
 # so the default sizes need about 14 GB in WORK_DIR. Pass -s 200000 for a run
 # that needs under 3 GB.
 #
-# Cases, run in turn within each round (A, B, C, ... A, B, C, ...), page cache warm:
+# Cases, run in turn within each round (A, B, C, ... A, B, C, ...), each after
+# a sync and a reading of the files it reads (page cache warm):
 #   Pelkrin            Pelkrin ACE SFF
 #   floor              the job's own reading and writing done once:
 #                      cat SFF ACE > /dev/null; cat PREFIX.reads > copy
@@ -48,11 +49,21 @@ cmake --build out/release --target Pelkrin make_assembly run_measured >/dev/null
 pelkrin=$PWD/out/release/Pelkrin
 measured=$PWD/out/release/bench/run_measured
 
+# Puts what the runs before wrote on the disk, then reads the files given, so
+# that every run starts alike: its inputs in the page cache, no writing of
+# another run's pages pending (cat leaves them dirty; the next run would pay).
+settle() {
+  sync
+  cat "$@" >/dev/null
+}
+
 # Appends "wall user sys peak_kB" of one run of "$@" to the file $1.
 sample() {
   local into=$1
   shift
   "$measured" "$@" 2>>"$into" >/dev/null
+  # The copies are not kept: the page cache holds the inputs, not them.
+  rm -f "$work/copy" "$work/out.fq"
 }
 
 # median wall, user, sys and largest peak (MB, 10^6 bytes) of a samples file
@@ -87,10 +98,15 @@ for reads in $sizes; do
     # Round 0 warms the page cache and makes the reads files the floors copy.
     into=$samples
     ((round > 0)) || { into=$samples/warm-up; mkdir -p "$into"; }
+    settle "$pair.sff" "$pair.ace"
     sample "$into/pelkrin" "$pelkrin" "$plain.ace" "$pair.sff"
+    settle "$pair.sff" "$pair.ace" "$plain.reads"
     sample "$into/floor" sh -c "cat '$pair.sff' '$pair.ace' > /dev/null; cat '$plain.reads' > '$work/copy'"
+    settle "$pair.sff" "$pair.ace"
     sample "$into/pelkrin-f" "$pelkrin" -f "$flows.ace" "$pair.sff"
+    settle "$pair.sff" "$pair.ace" "$flows.reads"
     sample "$into/floor-f" sh -c "cat '$pair.sff' '$pair.ace' > /dev/null; cat '$flows.reads' > '$work/copy'"
+    settle "$pair.sff"
     sample "$into/vsearch" vsearch --sff_convert "$pair.sff" --sff_clip --fastqout "$work/out.fq" --quiet
   done
   rm -f "$work/copy" "$work/out.fq"

@@ -107,13 +107,25 @@ void output_file::write_handed(const char* bytes, std::size_t n) {
         return;
     }
     written_ += static_cast<std::int64_t>(n);
-    // The disk takes what has been written as it comes, rather than all of it
-    // when the file is put in place: the file system writes a file that
-    // replaces another before the renaming ends.
-    if (seekable_ && written_ - sent_to_disk_ >= send_to_disk_every) {
-        ::sync_file_range(::fileno(file_), sent_to_disk_, written_ - sent_to_disk_, SYNC_FILE_RANGE_WRITE);
-        sent_to_disk_ = written_;
+    if (seekable_ && written_ - sent_to_disk_ >= send_to_disk_every) send_to_disk();
+}
+
+// The disk takes what has been written as it comes, rather than all of it when
+// the file is put in place (the file system writes a file that replaces
+// another before the renaming ends). The pages sent one step before are on the
+// disk by now and are let go: this process never reads them back, and pages
+// let go as they are written are used again for the next ones, where pages
+// kept would push the inputs out of the page cache and make every new page
+// come from memory the system has not touched lately. Pages still being
+// written are kept, so nothing here waits for the disk.
+void output_file::send_to_disk() {
+    const int fd = ::fileno(file_);
+    ::sync_file_range(fd, sent_to_disk_, written_ - sent_to_disk_, SYNC_FILE_RANGE_WRITE);
+    if (sent_to_disk_ > let_go_) {
+        ::posix_fadvise(fd, let_go_, sent_to_disk_ - let_go_, POSIX_FADV_DONTNEED);
+        let_go_ = sent_to_disk_;
     }
+    sent_to_disk_ = written_;
 }
 
 std::int64_t output_file::position_at(std::int64_t offset) const {

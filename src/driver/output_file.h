@@ -53,6 +53,8 @@ protected:
 private:
     // Opens `name_` in place, emptying it; false when it cannot.
     bool open_in_place();
+    // Starts writing what was written since the last call to the disk.
+    void send_to_disk();
 
     std::string name_;
     std::string final_path_;  // where the temporary file goes at the end: the name, or the file a link names
@@ -61,6 +63,7 @@ private:
     bool seekable_ = false;
     std::int64_t written_ = 0;       // bytes that reached the file
     std::int64_t sent_to_disk_ = 0;  // the file's first bytes the disk was asked to take
+    std::int64_t let_go_ = 0;        // the file's first bytes whose pages were let go
     bool write_failed_ = false;
     bool finished_ = false;
 };
