@@ -69,15 +69,25 @@ void read_index::build_slots() const {
     const std::size_t mask = size - 1;
     // In array order: the sorted part holds names set before everything after
     // it, and the rest is in order of setting, so the last entry of a name is
-    // the one its slot keeps.
-    for (std::size_t i = 0; i < entries_.size(); ++i) {
-        const std::string_view name = entries_[i].first;
-        const std::size_t hash = std::hash<std::string_view>{}(name);
-        const std::uint32_t tag = tag_of(hash);
-        std::size_t s = hash & mask;
-        while (slots_[s].entry != 0 && !(slots_[s].tag == tag && entries_[slots_[s].entry - 1].first == name))
-            s = (s + 1) & mask;
-        slots_[s] = slot{static_cast<std::uint32_t>(i + 1), tag};
+    // the one its slot keeps. The slots of a batch of names are asked for
+    // before any of them is filled, so that their cache misses overlap.
+    constexpr std::size_t batch = 16;
+    std::size_t hashes[batch];
+    for (std::size_t first = 0; first < entries_.size(); first += batch) {
+        const std::size_t n = std::min(batch, entries_.size() - first);
+        for (std::size_t k = 0; k < n; ++k) {
+            hashes[k] = std::hash<std::string_view>{}(entries_[first + k].first);
+            __builtin_prefetch(&slots_[hashes[k] & mask], 1);
+        }
+        for (std::size_t k = 0; k < n; ++k) {
+            const std::size_t i = first + k;
+            const std::string_view name = entries_[i].first;
+            const std::uint32_t tag = tag_of(hashes[k]);
+            std::size_t s = hashes[k] & mask;
+            while (slots_[s].entry != 0 && !(slots_[s].tag == tag && entries_[slots_[s].entry - 1].first == name))
+                s = (s + 1) & mask;
+            slots_[s] = slot{static_cast<std::uint32_t>(i + 1), tag};
+        }
     }
     slots_current_ = true;
 }
