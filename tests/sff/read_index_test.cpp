@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -111,6 +112,27 @@ TEST(ReadIndex, PositionsOfManyNamesAnswerAsOneByOne) {
     EXPECT_EQ(positions.back(), 777);
     EXPECT_GT(found, 300u);  // a third of the names are multiples of 3
     EXPECT_LT(found, views.size() - 100) << "some names are missing and give 0";
+}
+
+// The hash table is filled a batch of names at a time: a name set twice in one
+// batch, or in two, keeps its last setting, as a map that is assigned in order.
+TEST(ReadIndex, LookUpsAgreeWithAMapAssignedInOrder) {
+    read_index index;
+    std::map<std::string, std::int64_t> model;
+    std::int64_t setting = 0;
+    const auto set = [&](int n) {
+        const std::string name = std::string("r").append(std::to_string(n));
+        index.set(name, ++setting);
+        model[name] = setting;
+    };
+    for (int i = 0; i < 5000; ++i) {
+        set(i);
+        if (i % 10 == 9) set(i - 3);    // again a few settings later: the same batch
+        if (i % 100 == 99) set(i - 50);  // again dozens of settings later: another batch
+    }
+    for (const auto& [name, position] : model) ASSERT_EQ(index.position_of(name), position) << name;
+    EXPECT_EQ(index.position_of("r-missing"), 0);
+    EXPECT_EQ(index.size(), model.size());
 }
 
 TEST(ReadIndex, AtOfAMissingNameThrows) {
