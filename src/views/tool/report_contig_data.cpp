@@ -1,0 +1,124 @@
+#include "views/tool/report_contig_data.h"
+
+#include <string_view>
+#include <unordered_map>
+
+#include "views/fcycle.h"
+#include "views/tool/json_text.h"
+
+namespace pelkrin {
+namespace {
+
+void append_number(std::string& out, int64_t v) { out.append(std::to_string(v)); }
+
+// For every consensus index, the flow that getFlowIdx_start (or _end, with the
+// letters looked at in reverse) gives: the flow of the first of `letters`
+// recorded there, or else the value of the index before it.
+std::vector<int32_t> flows_by_position(const contig& c, std::string_view letters) {
+    std::vector<int32_t> flows(c.flow_index_map.size(), 0);
+    int32_t last = 0;
+    for (std::size_t i = 0; i < flows.size(); ++i) {
+        for (char letter : letters) {
+            const auto found = c.flow_index_map[i].find(letter);
+            if (found != c.flow_index_map[i].end()) {
+                last = found->second;
+                break;
+            }
+        }
+        flows[i] = last;
+    }
+    return flows;
+}
+
+void append_array(std::string& out, const std::vector<int32_t>& values) {
+    out.push_back('[');
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (i > 0) out.push_back(',');
+        append_number(out, values[i]);
+    }
+    out.push_back(']');
+}
+
+}  // namespace
+
+std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_places& places) {
+    if (c.print_map.empty()) c.create_print_map();
+    if (c.flow_consensus.empty()) c.create_flow_concensus();
+
+    std::string out = "pelkrinContig({\"name\":";
+    append_json_string(out, c.name);
+    out.append(",\"maxReadLen\":");
+    append_number(out, c.max_read_len);
+    out.append(",\"minReadLen\":");
+    append_number(out, c.min_read_len);
+    out.append(",\"consensus\":");
+    append_json_string(out, std::string_view(c.consensus.data(), c.consensus.size()));
+    out.append(",\"flows\":");
+    append_json_string(out, std::string_view(c.flow_consensus.data(), c.flow_consensus.size()));
+    out.append(",\"flowStart\":");
+    append_array(out, flows_by_position(c, fcycle));
+    out.append(",\"flowEnd\":");
+    append_array(out, flows_by_position(c, "GCAT"));
+
+    out.append(",\"colours\":[");
+    bool first = true;
+    for (const auto& [ch, colour] : colours) {
+        if (!first) out.push_back(',');
+        first = false;
+        out.push_back('[');
+        append_json_string(out, std::string_view(&ch, 1));
+        out.push_back(',');
+        append_json_string(out, colour);
+        out.push_back(']');
+    }
+    out.append("]");
+
+    // Reads in name order: [name, padded start, padded length, bases, flowgram file].
+    std::unordered_map<std::string_view, std::size_t> index_of;
+    index_of.reserve(c.reads.size());
+    out.append(",\"reads\":[");
+    std::size_t k = 0;
+    for (const auto& [name, read] : c.reads) {
+        if (k > 0) out.push_back(',');
+        index_of.emplace(name, k);
+        out.push_back('[');
+        append_json_string(out, name);
+        out.push_back(',');
+        append_number(out, read.pos);
+        out.push_back(',');
+        append_number(out, read.len);
+        out.push_back(',');
+        append_json_string(out, std::string_view(read.seq.data(), read.seq.size()));
+        out.push_back(',');
+        append_number(out, k < places.file_of_read.size() ? places.file_of_read[k] : -1);
+        out.push_back(']');
+        ++k;
+    }
+    out.append("]");
+
+    // Display rows: pairs of padded start and read number, in ascending start.
+    out.append(",\"rows\":[");
+    for (std::size_t r = 0; r < c.print_map.size(); ++r) {
+        if (r > 0) out.push_back(',');
+        out.push_back('[');
+        bool first_in_row = true;
+        for (const auto& [p, name] : c.print_map[r]) {
+            const auto found = index_of.find(name);
+            if (found == index_of.end()) continue;
+            if (!first_in_row) out.push_back(',');
+            first_in_row = false;
+            append_number(out, p);
+            out.push_back(',');
+            append_number(out, static_cast<int64_t>(found->second));
+        }
+        out.push_back(']');
+    }
+    out.append("],\"flowgramFiles\":");
+    append_number(out, places.files);
+    out.append(",\"flowgramNote\":");
+    append_json_string(out, places.note);
+    out.append("});\n");
+    return out;
+}
+
+}  // namespace pelkrin
