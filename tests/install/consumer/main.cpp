@@ -19,7 +19,7 @@ int main(int argc, char** argv) {
         c.create_flow_concensus();
         std::string plain;
         std::vector<std::string> drawn;
-        c.print_align_map_plain(plain, drawn, 1, 10);
+        c.print_align_map_plain(plain, drawn, 101, 20);
         std::cout << c.name << '\t' << c.reads.size() << '\t' << c.consensus.size() << '\t'
                   << c.flow_consensus.size() << '\t' << drawn.size() << '\n';
     }
