@@ -70,21 +70,6 @@ std::string_view report_script() {
       colourText.set(pair[0], text);
     });
   }
-  // A run of one character in its colour, or bare when it has none.
-  function paint(ch, text) {
-    var k = colourClass.get(ch);
-    return k ? '<span class="' + k + '">' + esc(text) + '</span>' : esc(text);
-  }
-  function colourRuns(text) {
-    var out = '', i = 0;
-    while (i < text.length) {
-      var j = i + 1;
-      while (j < text.length && text[j] === text[i]) j++;
-      out += paint(text[i], text.substring(i, j));
-      i = j;
-    }
-    return out;
-  }
   function countDigit(n) { return n <= 9 ? String(n) : String.fromCharCode(n + 55); }
 
   // Flow index maps: the flow of a consensus index, looking back when it has none.
@@ -140,56 +125,112 @@ std::string_view report_script() {
     return count;
   }
 
-  function readOpen(index) { return '<span class="read' + (index === state.openRead ? ' open' : '') + '" data-read="' + index + '">'; }
+  // A window is drawn as lines of pieces: runs of spaces (numbers) and drawn
+  // parts of reads { index, text, letters }, where `letters` gives the colour
+  // key of each character of a flow count (its flow's letter); base letters
+  // are their own key. The header is a piece of index -1. Only the lines near
+  // the visible part of a view are coloured, so that a window of hundreds of
+  // rows costs a few thousand elements; the others are plain text, which the
+  // view colours as it is scrolled to them.
+  function paintPiece(piece) {
+    var text = piece.text, keys = piece.letters || text, out = '', i = 0;
+    while (i < text.length) {
+      var j = i + 1;
+      while (j < text.length && keys[j] === keys[i]) j++;
+      var k = colourClass.get(keys[i]), part = esc(text.substring(i, j));
+      out += k ? '<span class="' + k + '">' + part + '</span>' : part;
+      i = j;
+    }
+    return out;
+  }
+  function lineHtml(line, coloured) {
+    var out = '';
+    line.forEach(function (piece) {
+      if (typeof piece === 'number') { out += spaces(piece); return; }
+      var body = coloured ? paintPiece(piece) : esc(piece.text);
+      if (piece.index < 0) { out += '<span class="head">' + body + '</span>'; return; }
+      out += '<span class="read' + (piece.index === state.openRead ? ' open' : '') + '" data-read="' + piece.index +
+             '">' + body + '</span>';
+    });
+    return out;
+  }
 
-  function drawBase(first, width, listed) {
+  var views = {};
+  // Lines [from, to) of the view are coloured.
+  function paintView(id, from) {
+    var v = views[id], html = [], to = from + 48;
+    v.from = from;
+    v.lines.forEach(function (line, i) { html.push(lineHtml(line, i >= from && i < to)); });
+    v.pre.innerHTML = html.join('\n') + '\n';
+  }
+  // The first line in sight, from the last scroll event: reading the scroll
+  // position here would make the browser lay out the old window first.
+  function drawView(id, lines) {
+    var v = views[id];
+    if (!v) {
+      v = views[id] = { pre: el(id), lines: [], from: 0, top: 0, queued: false };
+      v.pre.addEventListener('scroll', function () {
+        var lineHeight = v.pre.scrollHeight / Math.max(1, v.lines.length + 1);
+        v.top = Math.floor(v.pre.scrollTop / Math.max(1, lineHeight));
+        if (v.queued || (v.top >= v.from && v.top + 32 <= v.from + 48)) return;
+        v.queued = true;
+        requestAnimationFrame(function () { v.queued = false; paintView(id, Math.max(0, v.top - 8)); });
+      });
+    }
+    v.lines = lines;
+    paintView(id, Math.max(0, Math.min(v.top, lines.length - 32) - 8));
+  }
+
+  function baseLines(first, width, listed) {
     var last = first + width - 1, header = '';
     for (var q = first; q <= L && q < first + width; q++) header += q >= 1 ? data.consensus[q - 1] : '*';
-    var lines = [colourRuns(header)];
+    var lines = [[{ index: -1, text: header }]];
     rows.forEach(function (row) {
       var shown = selectReads(row, first, last);
       if (shown.length === 0) return;
-      var x = first - 1, line = '';
+      var x = first - 1, line = [];
       shown.forEach(function (s) {
-        if (s.p > x + 1) line += spaces(s.p - x - 1);
+        if (s.p > x + 1) line.push(s.p - x - 1);
         listed.push(s.index);
-        line += readOpen(s.index) + colourRuns(s.read[3].substring(s.a - s.p, s.b - s.p + 1)) + '</span>';
+        line.push({ index: s.index, text: s.read[3].substring(s.a - s.p, s.b - s.p + 1) });
         x = s.b;
       });
       lines.push(line);
     });
-    return lines.join('\n') + '\n';
+    return lines;
   }
 
-  function drawFlowRead(s) {
+  function flowPiece(s) {
     var seq = s.read[3], runs = widen(seq, s.a - s.p, s.b - s.p, s.read[2]);
-    var at = { j: runs.j0 }, out = readOpen(s.index);
+    var at = { j: runs.j0 }, text = '', letters = '';
     for (var f = flowStart(s.a - 1), fer = flowEnd(s.b - 1); f <= fer; f++) {
       var letter = data.flows[f];
       if (letter === undefined) continue;
-      out += paint(letter, countDigit(countFlow(seq, at, runs.j1, letter)));
+      text += countDigit(countFlow(seq, at, runs.j1, letter));
+      letters += letter;
     }
-    return out + '</span>';
+    return { index: s.index, text: text, letters: letters };
   }
 
-  function drawFlow(first, width) {
+  function flowLines(first, width) {
     var last = first + width - 1, s = Math.min(first, L), e = Math.min(last, L), header = '';
     for (var f = flowStart(s - 1), fe = flowEnd(e - 1); f <= fe; f++) {
-      if (data.flows[f] !== undefined) header += paint(data.flows[f], data.flows[f]);
+      if (data.flows[f] !== undefined) header += data.flows[f];
     }
-    var lines = [header];
+    var lines = [[{ index: -1, text: header }]];
     rows.forEach(function (row) {
       var shown = selectReads(row, first, last);
       if (shown.length === 0) return;
-      var x = first - 1, line = '';
+      var x = first - 1, line = [];
       shown.forEach(function (sr) {
-        line += spaces(flowStart(sr.p - 1) - flowStart(x));
-        line += drawFlowRead(sr);
+        var gap = flowStart(sr.p - 1) - flowStart(x);
+        if (gap > 0) line.push(gap);
+        line.push(flowPiece(sr));
         x = sr.b;
       });
       lines.push(line);
     });
-    return lines.join('\n') + '\n';
+    return lines;
   }
 
   function lastStart() { return Math.max(1, L - state.width + 1); }
@@ -199,8 +240,8 @@ std::string_view report_script() {
     if (width !== undefined) state.width = Math.max(1, Math.min(1000, Math.floor(width) || 120));
     state.start = Math.max(1, Math.min(lastStart(), Math.floor(start) || 1));
     var listed = [];
-    el('base-view').innerHTML = drawBase(state.start, state.width, listed);
-    el('flow-view').innerHTML = drawFlow(state.start, state.width);
+    drawView('base-view', baseLines(state.start, state.width, listed));
+    drawView('flow-view', flowLines(state.start, state.width));
     var list = el('read-list'), frag = document.createDocumentFragment();
     listed.forEach(function (index) {
       var li = document.createElement('li');

@@ -28,11 +28,11 @@ pre.view, code { font-family: "DejaVu Sans Mono", "Liberation Mono", "Courier Ne
   font-variant-ligatures: none; font-kerning: none; letter-spacing: 0; }
 pre.view { font-size: 14px; line-height: 1.2; white-space: pre; overflow-x: auto; padding: 0.5em;
   background: #fbfbf8; border: 1px solid #ddd; max-height: 32em; overflow-y: auto; }
-pre.view::first-line { font-weight: bold; }
+pre.view .head { font-weight: bold; }
 pre.view .read { cursor: pointer; }
 pre.view .read:hover, pre.view .read.open { background: #ffe9a8; }
-#read-list { columns: 16em; font-size: 0.9em; }
-#read-list li { cursor: pointer; color: #1a55a0; }
+#read-list { font-size: 0.9em; padding-left: 0; list-style: none; }
+#read-list li { cursor: pointer; color: #1a55a0; display: inline-block; margin: 0 1.2em 0.2em 0; }
 #read-list li:hover { text-decoration: underline; }
 #flowgram { border-top: 2px solid #ccc; margin-top: 1em; }
 #flowgram-plot { overflow-x: auto; border: 1px solid #ddd; background: #fdfdfb; }
