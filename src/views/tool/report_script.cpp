@@ -410,7 +410,14 @@ std::string_view report_script() {
     setupColours(d.colours);
     setupControls();
     if (d.flowgramFiles === 0) el('flowgram-note').textContent = d.flowgramNote;
-    show(1);
+    // A link may name the window's first position and a read to open:
+    // contig-1.html#pos=101&read=NAME.
+    var wanted = new URLSearchParams(location.hash.slice(1));
+    show(+wanted.get('pos') || 1);
+    if (wanted.has('read')) {
+      var index = window.pelkrinReport.readIndex(wanted.get('read'));
+      if (index >= 0) openRead(index, function () { el('flowgram').scrollIntoView(); });
+    }
   };
 
   // For a person at the console, and for tests that drive the page.
