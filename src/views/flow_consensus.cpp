@@ -1,7 +1,7 @@
 // The contig's consensus in flow space, built from the positions at which the
 // reads begin runs of a letter.
 #include <cctype>
-#include <set>
+#include <cstdint>
 
 #include "ace/contig.h"
 #include "views/fcycle.h"
@@ -18,14 +18,24 @@ char consensus_at(const std::vector<char>& consensus, int64_t i) {
     return consensus[static_cast<std::size_t>(i)];
 }
 
+// The letters of the flow cycle that begin runs at a position, one bit each
+// (bit k for fcycle[k]): only those letters ever make flows, so a start of
+// any other letter need not be kept.
+using run_starts = std::vector<std::uint8_t>;
+
+std::uint8_t cycle_bit(char ch) {
+    const auto k = fcycle.find(ch);
+    return k == std::string_view::npos ? 0 : static_cast<std::uint8_t>(1u << k);
+}
+
 // Records a run start; one whose consensus index does not exist is not kept.
-void record(std::vector<std::set<char>>& starts, int64_t i, char ch) {
+void record(run_starts& starts, int64_t i, char ch) {
     if (i < 0 || i >= static_cast<int64_t>(starts.size())) return;
-    starts[static_cast<std::size_t>(i)].insert(ch);
+    starts[static_cast<std::size_t>(i)] |= cycle_bit(ch);
 }
 
 // Collects the run starts of one read into `starts`.
-void collect_run_starts(const std::vector<char>& consensus, const READ& read, std::vector<std::set<char>>& starts) {
+void collect_run_starts(const std::vector<char>& consensus, const READ& read, run_starts& starts) {
     const int64_t s = static_cast<int64_t>(read.pos) - 1;
     const int64_t n = read.len;
     const std::vector<char>& seq = read.seq;
@@ -73,7 +83,7 @@ void collect_run_starts(const std::vector<char>& consensus, const READ& read, st
 void contig::create_flow_concensus() {
     if (reads.empty()) return;
 
-    std::vector<std::set<char>> starts(consensus.size());
+    run_starts starts(consensus.size(), 0);
     for (const auto& entry : reads) collect_run_starts(consensus, entry.second, starts);
 
     char first = consensus_at(consensus, 0);
@@ -88,7 +98,7 @@ void contig::create_flow_concensus() {
         // with one appended for an earlier letter of this same position.
         const char last = flow_consensus[k];
         for (char b : fcycle) {
-            if (starts[i].count(b) == 0) continue;
+            if ((starts[i] & cycle_bit(b)) == 0) continue;
             if (b != last) {
                 flow_consensus.push_back(b);
                 ++k;

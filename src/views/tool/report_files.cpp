@@ -1,5 +1,8 @@
 #include "views/tool/report_files.h"
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <cstdio>
 #include <system_error>
 
@@ -39,18 +42,21 @@ void write_report_file(const std::filesystem::path& folder, const std::string& n
     }
 }
 
-std::string read_file_range(std::FILE* file, int64_t from, int64_t to) {
+std::string read_file_range(int fd, int64_t from, int64_t to) {
     std::string bytes;
-    if (file == nullptr || from < 0 || std::fseek(file, static_cast<long>(from), SEEK_SET) != 0) return bytes;
+    if (fd < 0 || from < 0) return bytes;
     constexpr std::size_t piece = std::size_t{1} << 20;
-    while (to < 0 || static_cast<int64_t>(bytes.size()) < to - from) {
-        const std::size_t want =
-            to < 0 ? piece : std::min<std::size_t>(piece, static_cast<std::size_t>(to - from) - bytes.size());
-        const std::size_t had = bytes.size();
-        bytes.resize(had + want);
-        const std::size_t got = std::fread(bytes.data() + had, 1, want, file);
-        bytes.resize(had + got);
-        if (got < want) break;
+    for (;;) {
+        const int64_t have = static_cast<int64_t>(bytes.size());
+        if (to >= 0 && have >= to - from) break;
+        const std::size_t want = to < 0 ? piece : std::min<std::size_t>(piece, static_cast<std::size_t>(to - from - have));
+        bytes.resize(static_cast<std::size_t>(have) + want);
+        const ssize_t got = ::pread(fd, bytes.data() + have, want, static_cast<off_t>(from + have));
+        if (got <= 0) {
+            bytes.resize(static_cast<std::size_t>(have));
+            break;
+        }
+        bytes.resize(static_cast<std::size_t>(have + got));
     }
     return bytes;
 }

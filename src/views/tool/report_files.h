@@ -3,7 +3,6 @@
 // the report's folder and then renamed, so that a page is never seen half
 // written. A failure throws fatal_error with Pelkrin-view's message.
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -16,7 +15,8 @@ void make_report_folder(const std::filesystem::path& folder);
 void write_report_file(const std::filesystem::path& folder, const std::string& name, std::string_view text);
 
 // Bytes `from` up to `to` (or the end of the file when `to` is negative or
-// beyond it) of a file that is open; empty when they cannot be read.
-std::string read_file_range(std::FILE* file, int64_t from, int64_t to);
+// beyond it) of the file open as `fd`; empty when they cannot be read. Safe
+// to call from several threads on one descriptor.
+std::string read_file_range(int fd, int64_t from, int64_t to);
 
 }  // namespace pelkrin

@@ -8,13 +8,20 @@
 namespace pelkrin {
 namespace {
 
-// A values line as a JSON string of comma-separated numbers; a line that is
-// not one gives an empty list.
+// A values line as a JSON string of comma-separated numbers. Only digits,
+// minus signs and tabs pass; a line with anything else gives an empty list.
+// (The page reads the text as numbers, never as code.)
 void append_values(std::string& out, std::string_view line) {
     out.push_back('"');
-    if (is_values_line(line)) {
-        for (char ch : line) out.push_back(ch == '\t' ? ',' : ch);
+    const std::size_t at = out.size();
+    out.resize(at + line.size());
+    char* to = out.data() + at;
+    bool plain = true;
+    for (char ch : line) {
+        plain &= (ch >= '0' && ch <= '9') || ch == '-' || ch == '\t';
+        *to++ = ch == '\t' ? ',' : ch;
     }
+    if (!plain) out.resize(at);
     out.push_back('"');
 }
 

@@ -1,6 +1,6 @@
 #include "views/tool/report_pages.h"
 
-#include <cstdio>
+#include <charconv>
 
 #include "views/tool/html_page.h"
 #include "views/tool/report_plots.h"
@@ -10,8 +10,8 @@ namespace {
 
 std::string fixed1(double v) {
     char text[32];
-    std::snprintf(text, sizeof text, "%.1f", v);
-    return text;
+    const auto end = std::to_chars(text, text + sizeof text, v, std::chars_format::fixed, 1).ptr;
+    return std::string(text, end);
 }
 
 std::string page_head(const std::string& title) {

@@ -1,7 +1,7 @@
 #include "views/tool/report_plots.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <charconv>
 
 namespace pelkrin {
 namespace {
@@ -14,8 +14,8 @@ constexpr int top_margin = 8;
 
 std::string number(double v) {
     char text[32];
-    std::snprintf(text, sizeof text, "%.1f", v);
-    return text;
+    const auto end = std::to_chars(text, text + sizeof text, v, std::chars_format::fixed, 1).ptr;
+    return std::string(text, end);
 }
 
 std::string whole(int64_t v) { return std::to_string(v); }
@@ -44,17 +44,20 @@ std::string open_plot(const std::string& id, const std::string& label, int64_t y
     return out;
 }
 
-// A filled step outline of `values`, one step per value, over the plot's width.
+// A filled step outline of `values`, one step per value, over the plot's width;
+// a run of equal values is one step.
 std::string step_area(const std::vector<int64_t>& values, int64_t y_max, const std::string& css_class) {
     const double inner = plot_height - bottom_margin - top_margin;
     const double bottom = plot_height - bottom_margin;
     const double step = static_cast<double>(plot_width) / static_cast<double>(std::max<std::size_t>(values.size(), 1));
     std::string d = std::string("M").append(whole(left_margin)).append(" ").append(number(bottom));
-    for (std::size_t i = 0; i < values.size(); ++i) {
+    for (std::size_t i = 0; i < values.size();) {
+        std::size_t j = i + 1;
+        while (j < values.size() && values[j] == values[i]) ++j;
         const double y = bottom - (y_max > 0 ? inner * static_cast<double>(values[i]) / static_cast<double>(y_max) : 0);
-        const double x0 = left_margin + step * static_cast<double>(i);
-        d.append("L").append(number(x0)).append(" ").append(number(y));
-        d.append("L").append(number(x0 + step)).append(" ").append(number(y));
+        d.append("L").append(number(left_margin + step * static_cast<double>(i))).append(" ").append(number(y));
+        d.append("L").append(number(left_margin + step * static_cast<double>(j))).append(" ").append(number(y));
+        i = j;
     }
     d.append("L").append(whole(left_margin + plot_width)).append(" ").append(number(bottom)).append("Z");
     return std::string("<path class=\"").append(css_class).append("\" d=\"").append(d).append("\"/>\n");

@@ -1,14 +1,18 @@
 #include "views/tool/report_run.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
-#include <cstdio>
+#include <exception>
 #include <filesystem>
-#include <memory>
-#include <optional>
+#include <mutex>
+#include <thread>
 #include <vector>
 
 #include "ace/ace_reader.h"
 #include "driver/command_line.h"
+#include "driver/work_queue.h"
 #include "views/qdx_index.h"
 #include "views/tool/report_assets.h"
 #include "views/tool/report_contig_data.h"
@@ -22,47 +26,148 @@ namespace {
 
 constexpr std::size_t depth_bins = 1000;
 constexpr std::size_t reads_per_flowgram_file = 250;
-
-using file_closer = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+// Contigs waiting for a worker, by the bytes of their reads' bases.
+constexpr std::size_t queued_bytes = std::size_t{64} << 20;
 
 // Pelkrin's outputs for this ACE file, found as the viewer finds them:
 // PREFIX.qdx, and through it PREFIX.reads.
-struct reads_source {
-    std::vector<qdx_entry> entries;
-    std::vector<int64_t> offsets;  // of the entries, sorted, to find where a block ends
-    file_closer reads{nullptr, std::fclose};
-    std::string note;  // why there are no flowgrams, when there are none
-
+class reads_source {
+public:
     explicit reads_source(const std::string& ace_file) {
         const std::string prefix = output_prefix(ace_file);
         const std::string index_name = prefix + ".qdx";
-        file_closer index(std::fopen(index_name.c_str(), "rb"), std::fclose);
-        if (!index) {
-            note = "No flowgrams: there is no " + index_name + " beside the ACE file (run Pelkrin -f on it).";
+        const int index = ::open(index_name.c_str(), O_RDONLY | O_CLOEXEC);
+        if (index < 0) {
+            note_ = "No flowgrams: there is no " + index_name + " beside the ACE file (run Pelkrin -f on it).";
             return;
         }
-        const std::string text = read_file_range(index.get(), 0, -1);
-        entries = parse_qdx(text);
-        reads.reset(std::fopen((prefix + ".reads").c_str(), "rb"));
-        if (!reads) {
-            note = "No flowgrams: " + prefix + ".reads can not be read.";
-            entries.clear();
+        entries_ = parse_qdx(read_file_range(index, 0, -1));
+        ::close(index);
+        reads_ = ::open((prefix + ".reads").c_str(), O_RDONLY | O_CLOEXEC);
+        if (reads_ < 0) {
+            note_ = "No flowgrams: " + prefix + ".reads can not be read.";
+            entries_.clear();
             return;
         }
-        for (const qdx_entry& e : entries) offsets.push_back(e.offset);
-        std::sort(offsets.begin(), offsets.end());
+        for (const qdx_entry& e : entries_) offsets_.push_back(e.offset);
+        std::sort(offsets_.begin(), offsets_.end());
     }
+    ~reads_source() {
+        if (reads_ >= 0) ::close(reads_);
+    }
+    reads_source(const reads_source&) = delete;
+    reads_source& operator=(const reads_source&) = delete;
 
-    // The contig's flowgrams, read from its part of the reads file only.
-    contig_flowgrams flowgrams(const contig& c, std::size_t ordinal) {
-        if (!reads) return no_flowgrams(c, note);
-        const qdx_entry* entry = find_qdx_entry(entries, ordinal, c.name);
+    // The flowgrams of the contig that comes `ordinal`-th (from 0) in the ACE
+    // file, read from its part of the reads file only. Any thread may ask.
+    contig_flowgrams flowgrams(const contig& c, std::size_t ordinal) const {
+        if (reads_ < 0) return no_flowgrams(c, note_);
+        const qdx_entry* entry = find_qdx_entry(entries_, ordinal, c.name);
         if (!entry) return no_flowgrams(c, "No flowgrams: the location index has no entry for this contig.");
-        const auto next = std::upper_bound(offsets.begin(), offsets.end(), entry->offset);
-        const int64_t end = next == offsets.end() ? -1 : *next;
-        const std::string block = read_file_range(reads.get(), entry->offset, end);
+        const auto next = std::upper_bound(offsets_.begin(), offsets_.end(), entry->offset);
+        const int64_t end = next == offsets_.end() ? -1 : *next;
+        const std::string block = read_file_range(reads_, entry->offset, end);
         return contig_flowgram_files(c, block, *entry, reads_per_flowgram_file);
     }
+
+private:
+    std::vector<qdx_entry> entries_;
+    std::vector<int64_t> offsets_;  // of the entries, sorted, to find where a block ends
+    int reads_ = -1;
+    std::string note_;  // why there are no flowgrams, when there are none
+};
+
+struct contig_job {
+    contig c;
+    std::size_t ordinal = 0;  // from 1; 0 tells a worker to stop
+};
+
+// The files of one contig. Its page links to a next contig, which the last
+// one has not; that page is written again at the end.
+contig_summary write_contig_files(const std::filesystem::path& folder, contig& c, std::size_t ordinal,
+                                  const std::string& ace_file, const colour_map& colours,
+                                  const reads_source& source) {
+    contig_summary s = summarise_contig(c, depth_bins);
+    const contig_flowgrams flowgrams = source.flowgrams(c, ordinal - 1);
+    const std::string stem = contig_file_stem(ordinal);
+    for (std::size_t k = 0; k < flowgrams.files.size(); ++k) {
+        write_report_file(folder, stem + "-flowgrams-" + std::to_string(k) + ".js", flowgrams.files[k]);
+    }
+    write_report_file(folder, stem + ".js", contig_data_js(c, colours, flowgrams.places));
+    write_report_file(folder, stem + ".html", contig_page(s, ordinal, ordinal + 1, ace_file));
+    return s;
+}
+
+// Workers that write the contigs' files while the reader goes on through the
+// ACE file. The first failure stops everything and is thrown again by finish().
+class contig_workers {
+public:
+    contig_workers(const std::filesystem::path& folder, const std::string& ace_file, const colour_map& colours,
+                   const reads_source& source)
+        : queue_(queued_bytes) {
+        const unsigned count = std::clamp(std::thread::hardware_concurrency(), 1u, 4u);
+        for (unsigned i = 0; i < count; ++i) {
+            threads_.emplace_back([this, &folder, &ace_file, &colours, &source] {
+                work(folder, ace_file, colours, source);
+            });
+        }
+    }
+    ~contig_workers() {
+        queue_.cancel();
+        for (std::thread& t : threads_) t.join();
+    }
+    contig_workers(const contig_workers&) = delete;
+    contig_workers& operator=(const contig_workers&) = delete;
+
+    // False once a worker has failed.
+    bool add(contig_job&& job) {
+        std::size_t bytes = 1;
+        for (const auto& named : job.c.reads) bytes += named.second.seq.size();
+        return queue_.push(std::move(job), bytes);
+    }
+
+    // Waits for every contig to be written; the summaries in file order.
+    std::vector<contig_summary> finish() {
+        for (std::size_t i = 0; i < threads_.size(); ++i) queue_.push(contig_job{}, 0);
+        for (std::thread& t : threads_) t.join();
+        threads_.clear();
+        if (failure_) std::rethrow_exception(failure_);
+        return std::move(summaries_);
+    }
+
+private:
+    void work(const std::filesystem::path& folder, const std::string& ace_file, const colour_map& colours,
+              const reads_source& source) {
+        contig_job job;
+        while (queue_.pop(job) && job.ordinal != 0) {
+            try {
+                contig_summary s = write_contig_files(folder, job.c, job.ordinal, ace_file, colours, source);
+                std::lock_guard lock(mutex_);
+                // Only the last contig's depth is needed again, for its page.
+                if (job.ordinal > summaries_.size()) {
+                    if (!summaries_.empty()) summaries_.back().depth_bins = {};
+                } else {
+                    s.depth_bins = {};
+                }
+                if (summaries_.size() < job.ordinal) summaries_.resize(job.ordinal);
+                summaries_[job.ordinal - 1] = std::move(s);
+            } catch (...) {
+                {
+                    std::lock_guard lock(mutex_);
+                    if (!failure_) failure_ = std::current_exception();
+                }
+                queue_.cancel();
+                return;
+            }
+            job = contig_job{};
+        }
+    }
+
+    work_queue<contig_job> queue_;
+    std::vector<std::thread> threads_;
+    std::mutex mutex_;
+    std::vector<contig_summary> summaries_;
+    std::exception_ptr failure_;
 };
 
 }  // namespace
@@ -72,35 +177,26 @@ void write_report(const std::string& ace_file, const std::string& folder_name, c
     const std::filesystem::path folder(folder_name);
     aceReader reader(ace_file, messages);
     make_report_folder(folder);
-    reads_source source(ace_file);
+    const reads_source source(ace_file);
     write_report_file(folder, "pelkrin-report.css", report_style());
     write_report_file(folder, "pelkrin-report.js", report_script());
 
     std::vector<contig_summary> summaries;
-    // The pages link to their neighbours, so a page is written once the next
-    // contig is known to exist (or not).
-    std::optional<contig_summary> waiting;
-    auto write_page = [&](const contig_summary& s, std::size_t ordinal, std::size_t count) {
-        write_report_file(folder, contig_file_stem(ordinal) + ".html", contig_page(s, ordinal, count, ace_file));
-    };
-    for (std::size_t ordinal = 1;; ++ordinal) {
-        contig c;
-        if (!reader.next_contig(c)) break;
-        contig_summary s = summarise_contig(c, depth_bins);
-        const contig_flowgrams flowgrams = source.flowgrams(c, ordinal - 1);
-        const std::string stem = contig_file_stem(ordinal);
-        for (std::size_t k = 0; k < flowgrams.files.size(); ++k) {
-            write_report_file(folder, stem + "-flowgrams-" + std::to_string(k) + ".js", flowgrams.files[k]);
+    {
+        contig_workers workers(folder, ace_file, colours, source);
+        for (std::size_t ordinal = 1;; ++ordinal) {
+            contig_job job;
+            job.ordinal = ordinal;
+            if (!reader.next_contig(job.c) || !workers.add(std::move(job))) break;
         }
-        write_report_file(folder, stem + ".js", contig_data_js(c, colours, flowgrams.places));
-        if (waiting) write_page(*waiting, ordinal - 1, ordinal);
-        s.depth_bins.shrink_to_fit();
-        waiting = s;
-        summaries.push_back(std::move(s));
-        summaries.back().depth_bins.clear();
-        summaries.back().depth_bins.shrink_to_fit();
+        summaries = workers.finish();
     }
-    if (waiting) write_page(*waiting, summaries.size(), summaries.size());
+    if (!summaries.empty()) {
+        // The last page, without a link to a next contig.
+        const std::size_t last = summaries.size();
+        write_report_file(folder, contig_file_stem(last) + ".html",
+                          contig_page(summaries.back(), last, last, ace_file));
+    }
     write_report_file(folder, "index.html", index_page(summaries, ace_file));
     messages.out << "Pelkrin-view: report of " << summaries.size() << " contigs written to "
                  << (folder / "index.html").string() << std::endl;
