@@ -41,18 +41,18 @@ TEST(ReportTool, WritesAPageAndADataFilePerContig) {
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.err, "");
     EXPECT_EQ(r.out, "Pelkrin-view: report of 3 contigs written to " + (dir / "r" / "index.html").string() + "\n");
-    for (const char* name : {"index.html", "pelkrin-report.css", "pelkrin-report.js", "contig-1.html", "contig-1.js",
-                             "contig-2.html", "contig-3.html", "contig-3.js"}) {
+    for (const char* name : {"index.html", "pelkrin-report.css", "pelkrin-report.js", "contig-1.html",
+                             "contig-2.html", "contig-3.html"}) {
         EXPECT_TRUE(fs::is_regular_file(dir / "r" / name)) << name;
     }
-    // No reads file beside the example in the source tree: the pages say so,
-    // and there is no flowgram file.
+    // Small contigs carry their data in the page. No reads file stands beside
+    // the example in the source tree: the pages say so.
+    EXPECT_FALSE(fs::exists(dir / "r" / "contig-1.js"));
     EXPECT_FALSE(fs::exists(dir / "r" / "contig-1-flowgrams-0.js"));
-    EXPECT_NE(read_file(dir / "r" / "contig-1.js").find("run Pelkrin -f"), std::string::npos);
-    // Nothing is left under a temporary name.
-    for (const auto& entry : fs::directory_iterator(dir / "r")) {
-        EXPECT_NE(entry.path().filename().string().front(), '.') << entry.path();
-    }
+    EXPECT_NE(read_file(dir / "r" / "contig-1.html").find("run Pelkrin -f"), std::string::npos);
+    // Each page but the last links to the next.
+    EXPECT_NE(read_file(dir / "r" / "contig-2.html").find("\"contig-3.html\">next"), std::string::npos);
+    EXPECT_EQ(read_file(dir / "r" / "contig-3.html").find(">next<"), std::string::npos);
 }
 
 TEST(ReportTool, AReadsFileWithoutFlowgramsIsNamed) {
@@ -61,7 +61,7 @@ TEST(ReportTool, AReadsFileWithoutFlowgramsIsNamed) {
     ASSERT_EQ(run_program({PELKRIN_BINARY, (dir / "example.ace").string(), (dir / "example.sff").string()}).status, 0);
     const program_result r = view({"-m", "report", "-o", (dir / "r").string(), (dir / "example.ace").string()});
     EXPECT_EQ(r.status, 0) << r.err;
-    EXPECT_NE(read_file(dir / "r" / "contig-2.js").find("Pelkrin wrote it without -f"), std::string::npos);
+    EXPECT_NE(read_file(dir / "r" / "contig-2.html").find("Pelkrin wrote it without -f"), std::string::npos);
 }
 
 TEST(ReportTool, AFolderThatCannotBeMadeIsAnError) {

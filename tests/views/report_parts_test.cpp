@@ -72,9 +72,15 @@ TEST(ReportPages, NamesAreEscapedOnThePages) {
     EXPECT_NE(index.find("&lt;b&gt;&quot;x&quot;"), std::string::npos);
     EXPECT_EQ(index.find("<b>"), std::string::npos);
     EXPECT_EQ(index.find("a<c>"), std::string::npos);
-    const std::string page = contig_page(s, 1, 1, "a.ace");
+    const std::string page = contig_page(s, 1, true, "a.ace", {});
     EXPECT_EQ(page.find("<b>"), std::string::npos);
-    EXPECT_NE(page.find("contig-1.js"), std::string::npos);
+    EXPECT_NE(page.find("<script src=\"contig-1.js\">"), std::string::npos);
+    EXPECT_EQ(page.find("next"), std::string::npos);
+    const std::string inline_page = contig_page(s, 1, false, "a.ace", {"pelkrinContig({});", {"pelkrinFlowgrams(0,[]);"}});
+    EXPECT_EQ(inline_page.find("contig-1.js"), std::string::npos);
+    EXPECT_NE(inline_page.find("<script>pelkrinFlowgrams(0,[]);</script>\n<script>pelkrinContig({});</script>"),
+              std::string::npos);
+    EXPECT_NE(inline_page.find("contig-2.html\">next"), std::string::npos);
 }
 
 }  // namespace

@@ -25,21 +25,10 @@ void make_report_folder(const std::filesystem::path& folder) {
 
 void write_report_file(const std::filesystem::path& folder, const std::string& name, std::string_view text) {
     const std::filesystem::path path = folder / name;
-    const std::filesystem::path temporary = folder / (std::string(".").append(name).append(".part"));
-    std::FILE* file = std::fopen(temporary.c_str(), "wb");
+    std::FILE* file = std::fopen(path.c_str(), "wb");
     if (!file) cannot("open file", path);
     const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    const bool closed = std::fclose(file) == 0;
-    std::error_code error;
-    if (!written || !closed) {
-        std::filesystem::remove(temporary, error);
-        cannot("write file", path);
-    }
-    std::filesystem::rename(temporary, path, error);
-    if (error) {
-        std::filesystem::remove(temporary, error);
-        cannot("write file", path);
-    }
+    if (std::fclose(file) != 0 || !written) cannot("write file", path);
 }
 
 std::string read_file_range(int fd, int64_t from, int64_t to) {

@@ -1,7 +1,8 @@
 #pragma once
-// Writing the report's files: each is written whole under a temporary name in
-// the report's folder and then renamed, so that a page is never seen half
-// written. A failure throws fatal_error with Pelkrin-view's message.
+// Writing the report's files, each whole, in place: a report has thousands of
+// files, and a temporary name and a renaming for each would double the work
+// of the file system, which is much of the report's time. A failure throws
+// fatal_error with Pelkrin-view's message.
 #include <cstdint>
 #include <filesystem>
 #include <string>

@@ -50,12 +50,13 @@ std::string index_page(const std::vector<contig_summary>& contigs, const std::st
     return out;
 }
 
-std::string contig_page(const contig_summary& s, std::size_t ordinal, std::size_t count, const std::string& ace_file) {
+std::string contig_page(const contig_summary& s, std::size_t ordinal, bool last, const std::string& ace_file,
+                        const contig_scripts& scripts) {
     const std::string name = html_escape(s.name);
     std::string out = page_head(std::string("Contig ").append(name).append(" of ").append(html_escape(ace_file)));
     out.append("<body class=\"contig\">\n<nav><a href=\"index.html\">All contigs</a>");
     if (ordinal > 1) out.append(" · <a href=\"").append(contig_file_stem(ordinal - 1)).append(".html\">previous</a>");
-    if (ordinal < count) out.append(" · <a href=\"").append(contig_file_stem(ordinal + 1)).append(".html\">next</a>");
+    if (!last) out.append(" · <a href=\"").append(contig_file_stem(ordinal + 1)).append(".html\">next</a>");
     out.append("</nav>\n<h1>Contig <span id=\"contig-name\">").append(name).append("</span></h1>\n");
     out.append("<p class=\"facts\">").append(std::to_string(s.length)).append(" padded positions, ");
     out.append(std::to_string(s.reads)).append(" reads, mean depth ").append(fixed1(s.mean_depth));
@@ -88,7 +89,14 @@ std::string contig_page(const contig_summary& s, std::size_t ordinal, std::size_
     const std::string stem = contig_file_stem(ordinal);
     out.append("<script>var pelkrinDataStem = \"").append(stem).append("\";</script>\n");
     out.append("<script src=\"pelkrin-report.js\"></script>\n");
-    out.append("<script src=\"").append(stem).append(".js\"></script>\n</body>\n</html>\n");
+    // The scripts' names are JSON text with '<' escaped: none can end the element.
+    for (const std::string& flowgrams : scripts.flowgrams) out.append("<script>").append(flowgrams).append("</script>\n");
+    if (scripts.alignment.empty()) {
+        out.append("<script src=\"").append(stem).append(".js\"></script>\n");
+    } else {
+        out.append("<script>").append(scripts.alignment).append("</script>\n");
+    }
+    out.append("</body>\n</html>\n");
     return out;
 }
 

@@ -18,7 +18,19 @@ std::string contig_file_stem(std::size_t ordinal);
 // column, under a plot of the lengths.
 std::string index_page(const std::vector<contig_summary>& contigs, const std::string& ace_file);
 
-// One contig: its depth plot and the window over its alignment.
-std::string contig_page(const contig_summary& s, std::size_t ordinal, std::size_t count, const std::string& ace_file);
+// Where a contig page finds its data: the script text of the alignment
+// (pelkrinContig(...)) and of its flowgram files (pelkrinFlowgrams(...)),
+// written into the page itself when they are small, or else each in its own
+// file that the page loads (the alignment's at once, a flowgram file when a
+// read of it is opened).
+struct contig_scripts {
+    std::string alignment;               // empty: in contig-N.js
+    std::vector<std::string> flowgrams;  // empty: in contig-N-flowgrams-K.js, if any
+};
+
+// One contig: its depth plot and the window over its alignment. `last` tells
+// that no contig follows it.
+std::string contig_page(const contig_summary& s, std::size_t ordinal, bool last, const std::string& ace_file,
+                        const contig_scripts& scripts);
 
 }  // namespace pelkrin

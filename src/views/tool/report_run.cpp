@@ -26,6 +26,9 @@ namespace {
 
 constexpr std::size_t depth_bins = 1000;
 constexpr std::size_t reads_per_flowgram_file = 250;
+// Script text up to this size goes into the page itself: one file a contig
+// rather than several, since creating files is much of the report's time.
+constexpr std::size_t inline_bytes = std::size_t{2} << 20;
 // Contigs waiting for a worker, by the bytes of their reads' bases.
 constexpr std::size_t queued_bytes = std::size_t{64} << 20;
 
@@ -80,21 +83,33 @@ private:
 struct contig_job {
     contig c;
     std::size_t ordinal = 0;  // from 1; 0 tells a worker to stop
+    bool last = false;        // no contig follows
 };
 
-// The files of one contig. Its page links to a next contig, which the last
-// one has not; that page is written again at the end.
-contig_summary write_contig_files(const std::filesystem::path& folder, contig& c, std::size_t ordinal,
-                                  const std::string& ace_file, const colour_map& colours,
-                                  const reads_source& source) {
-    contig_summary s = summarise_contig(c, depth_bins);
-    const contig_flowgrams flowgrams = source.flowgrams(c, ordinal - 1);
-    const std::string stem = contig_file_stem(ordinal);
-    for (std::size_t k = 0; k < flowgrams.files.size(); ++k) {
-        write_report_file(folder, stem + "-flowgrams-" + std::to_string(k) + ".js", flowgrams.files[k]);
+// The files of one contig: its page, and the files of its scripts that are
+// too large to go into the page.
+contig_summary write_contig_files(const std::filesystem::path& folder, contig_job& job, const std::string& ace_file,
+                                  const colour_map& colours, const reads_source& source) {
+    contig_summary s = summarise_contig(job.c, depth_bins);
+    contig_flowgrams flowgrams = source.flowgrams(job.c, job.ordinal - 1);
+    const std::string stem = contig_file_stem(job.ordinal);
+    contig_scripts scripts;
+    scripts.alignment = contig_data_js(job.c, colours, flowgrams.places);
+    if (scripts.alignment.size() > inline_bytes) {
+        write_report_file(folder, stem + ".js", scripts.alignment);
+        scripts.alignment.clear();
     }
-    write_report_file(folder, stem + ".js", contig_data_js(c, colours, flowgrams.places));
-    write_report_file(folder, stem + ".html", contig_page(s, ordinal, ordinal + 1, ace_file));
+    std::size_t flowgram_bytes = 0;
+    for (const std::string& file : flowgrams.files) flowgram_bytes += file.size();
+    if (flowgram_bytes > inline_bytes) {
+        for (std::size_t k = 0; k < flowgrams.files.size(); ++k) {
+            write_report_file(folder, stem + "-flowgrams-" + std::to_string(k) + ".js", flowgrams.files[k]);
+        }
+    } else {
+        scripts.flowgrams = std::move(flowgrams.files);
+    }
+    write_report_file(folder, stem + ".html", contig_page(s, job.ordinal, job.last, ace_file, scripts));
+    s.depth_bins = {};
     return s;
 }
 
@@ -141,14 +156,8 @@ private:
         contig_job job;
         while (queue_.pop(job) && job.ordinal != 0) {
             try {
-                contig_summary s = write_contig_files(folder, job.c, job.ordinal, ace_file, colours, source);
+                contig_summary s = write_contig_files(folder, job, ace_file, colours, source);
                 std::lock_guard lock(mutex_);
-                // Only the last contig's depth is needed again, for its page.
-                if (job.ordinal > summaries_.size()) {
-                    if (!summaries_.empty()) summaries_.back().depth_bins = {};
-                } else {
-                    s.depth_bins = {};
-                }
                 if (summaries_.size() < job.ordinal) summaries_.resize(job.ordinal);
                 summaries_[job.ordinal - 1] = std::move(s);
             } catch (...) {
@@ -184,18 +193,19 @@ void write_report(const std::string& ace_file, const std::string& folder_name, c
     std::vector<contig_summary> summaries;
     {
         contig_workers workers(folder, ace_file, colours, source);
-        for (std::size_t ordinal = 1;; ++ordinal) {
-            contig_job job;
-            job.ordinal = ordinal;
-            if (!reader.next_contig(job.c) || !workers.add(std::move(job))) break;
+        // One contig ahead, to know which is the last.
+        contig_job job;
+        job.ordinal = 1;
+        bool have = reader.next_contig(job.c);
+        while (have) {
+            contig_job next;
+            next.ordinal = job.ordinal + 1;
+            have = reader.next_contig(next.c);
+            job.last = !have;
+            if (!workers.add(std::move(job))) break;
+            job = std::move(next);
         }
         summaries = workers.finish();
-    }
-    if (!summaries.empty()) {
-        // The last page, without a link to a next contig.
-        const std::size_t last = summaries.size();
-        write_report_file(folder, contig_file_stem(last) + ".html",
-                          contig_page(summaries.back(), last, last, ace_file));
     }
     write_report_file(folder, "index.html", index_page(summaries, ace_file));
     messages.out << "Pelkrin-view: report of " << summaries.size() << " contigs written to "
