@@ -1,5 +1,6 @@
 #include "views/tool/report_contig_data.h"
 
+#include <charconv>
 #include <string_view>
 #include <unordered_map>
 
@@ -9,7 +10,10 @@
 namespace pelkrin {
 namespace {
 
-void append_number(std::string& out, int64_t v) { out.append(std::to_string(v)); }
+void append_number(std::string& out, int64_t v) {
+    char digits[24];
+    out.append(digits, std::to_chars(digits, digits + sizeof digits, v).ptr);
+}
 
 // For every consensus index, the flow that getFlowIdx_start (or _end, with the
 // letters looked at in reverse) gives: the flow of the first of `letters`
@@ -30,7 +34,24 @@ std::vector<int32_t> flows_by_position(const contig& c, std::string_view letters
     return flows;
 }
 
-void append_array(std::string& out, const std::vector<int32_t>& values) {
+// Flow indexes by position never fall, and rise by at most seven flows a
+// position: written as a string of steps, one digit each (the page adds them
+// up), unless a step is not a digit; then as a list of numbers.
+void append_flows(std::string& out, const std::vector<int32_t>& values) {
+    std::string steps;
+    steps.reserve(values.size() + 2);
+    steps.push_back('"');
+    int64_t before = 0;
+    for (const int32_t v : values) {
+        const int64_t step = static_cast<int64_t>(v) - before;
+        if (step < 0 || step > 9) break;
+        steps.push_back(static_cast<char>('0' + step));
+        before = v;
+    }
+    if (steps.size() == values.size() + 1) {
+        out.append(steps).push_back('"');
+        return;
+    }
     out.push_back('[');
     for (std::size_t i = 0; i < values.size(); ++i) {
         if (i > 0) out.push_back(',');
@@ -56,9 +77,9 @@ std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_
     out.append(",\"flows\":");
     append_json_string(out, std::string_view(c.flow_consensus.data(), c.flow_consensus.size()));
     out.append(",\"flowStart\":");
-    append_array(out, flows_by_position(c, fcycle));
+    append_flows(out, flows_by_position(c, fcycle));
     out.append(",\"flowEnd\":");
-    append_array(out, flows_by_position(c, "GCAT"));
+    append_flows(out, flows_by_position(c, "GCAT"));
 
     out.append(",\"colours\":[");
     bool first = true;

@@ -74,6 +74,13 @@ std::string_view report_script() {
 
   // Flow index maps: the flow of a consensus index, looking back when it has none.
   function flowAt(list, i) { return i < 0 || list.length === 0 ? 0 : list[Math.min(i, list.length - 1)]; }
+  // Written as steps (see append_flows) or as a list.
+  function flowList(written) {
+    if (typeof written !== 'string') return written;
+    var list = new Array(written.length), at = 0;
+    for (var i = 0; i < written.length; i++) { at += written.charCodeAt(i) - 48; list[i] = at; }
+    return list;
+  }
   function flowStart(i) { return flowAt(data.flowStart, i); }
   function flowEnd(i) { return flowAt(data.flowEnd, i); }
   function charAt(seq, i) { return i >= 0 && i < seq.length ? seq[i] : null; }
@@ -404,6 +411,8 @@ std::string_view report_script() {
 
   window.pelkrinContig = function (d) {
     data = d;
+    d.flowStart = flowList(d.flowStart);
+    d.flowEnd = flowList(d.flowEnd);
     L = d.consensus.length;
     reads = d.reads;
     rows = d.rows;
