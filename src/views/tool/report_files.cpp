@@ -25,6 +25,10 @@ void make_report_folder(const std::filesystem::path& folder) {
 
 void write_report_file(const std::filesystem::path& folder, const std::string& name, std::string_view text) {
     const std::filesystem::path path = folder / name;
+    // A file of an earlier report is removed rather than emptied: ext4 sends a
+    // file that was emptied and written again to the disk as it is closed,
+    // which for thousands of files costs more than the whole report.
+    ::unlink(path.c_str());
     std::FILE* file = std::fopen(path.c_str(), "wb");
     if (!file) cannot("open file", path);
     const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();

@@ -1,7 +1,8 @@
 #pragma once
 // Writing the report's files, each whole, in place: a report has thousands of
 // files, and a temporary name and a renaming for each would double the work
-// of the file system, which is much of the report's time. A failure throws
+// of the file system, which is much of the report's time. A file of that name
+// is replaced (a link to it elsewhere keeps the old file). A failure throws
 // fatal_error with Pelkrin-view's message.
 #include <cstdint>
 #include <filesystem>
