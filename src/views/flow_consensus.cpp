@@ -4,6 +4,7 @@
 
 #include "ace/contig.h"
 #include "views/fcycle.h"
+#include "views/flow_space.h"
 #include "views/seq_access.h"
 
 namespace pelkrin {
@@ -79,34 +80,67 @@ void collect_run_starts(const std::vector<char>& consensus, const READ& read, ru
     }
 }
 
-}  // namespace
+// Builds the flows of the contig's consensus; `place(i, letter, k)` is told
+// that run starts of `letter` at consensus index i are at flow k, in the
+// order of the flow cycle within a position. Nothing when there are no reads.
+template <typename Place>
+void walk_flows(const contig& c, std::vector<char>& flows, Place place) {
+    if (c.reads.empty()) return;
 
-void contig::create_flow_concensus() {
-    if (reads.empty()) return;
+    run_starts starts(c.consensus.size(), 0);
+    for (const auto& entry : c.reads) collect_run_starts(c.consensus, entry.second, starts);
 
-    run_starts starts(consensus.size(), 0);
-    for (const auto& entry : reads) collect_run_starts(consensus, entry.second, starts);
-
-    char first = consensus_at(consensus, 0);
+    char first = consensus_at(c.consensus, 0);
     if (first == '*' || first == 'N' || first == 'n') first = 'T';
-    flow_consensus.push_back(first);
-
-    flow_index_map.resize(starts.size());
+    flows.push_back(first);
 
     std::size_t k = 0;  // index of the last flow
     for (std::size_t i = 0; i < starts.size(); ++i) {
         // Compared with the flow that was last on entering the position, not
         // with one appended for an earlier letter of this same position.
-        const char last = flow_consensus[k];
+        const char last = flows[k];
         for (char b : fcycle) {
             if ((starts[i] & cycle_bit(b)) == 0) continue;
             if (b != last) {
-                flow_consensus.push_back(b);
+                flows.push_back(b);
                 ++k;
             }
-            flow_index_map[i][b] = static_cast<int32_t>(k);
+            place(i, b, static_cast<int32_t>(k));
         }
     }
+}
+
+}  // namespace
+
+void contig::create_flow_concensus() {
+    if (!reads.empty()) flow_index_map.resize(consensus.size());
+    walk_flows(*this, flow_consensus, [this](std::size_t i, char b, int32_t k) { flow_index_map[i][b] = k; });
+}
+
+flow_space build_flow_space(const contig& c) {
+    flow_space fs;
+    if (c.reads.empty()) return fs;
+    const std::size_t n = c.consensus.size();
+    // -1: no flow recorded at that index (yet).
+    fs.first_flow.assign(n, -1);
+    fs.last_flow.assign(n, -1);
+    walk_flows(c, fs.flows, [&fs](std::size_t i, char, int32_t k) {
+        if (fs.first_flow[i] < 0) fs.first_flow[i] = k;
+        fs.last_flow[i] = k;
+    });
+    // An index without flows takes those of the nearest index before it that
+    // has any, or 0, as the look-ups walk back.
+    int32_t first = 0;
+    int32_t last = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+        if (fs.first_flow[i] < 0) {
+            fs.first_flow[i] = first;
+            fs.last_flow[i] = last;
+        }
+        first = fs.first_flow[i];
+        last = fs.last_flow[i];
+    }
+    return fs;
 }
 
 }  // namespace pelkrin

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "views/fcycle.h"
+#include "views/flow_space.h"
 #include "views/tool/json_text.h"
 
 namespace pelkrin {
@@ -13,25 +13,6 @@ namespace {
 void append_number(std::string& out, int64_t v) {
     char digits[24];
     out.append(digits, std::to_chars(digits, digits + sizeof digits, v).ptr);
-}
-
-// For every consensus index, the flow that getFlowIdx_start (or _end, with the
-// letters looked at in reverse) gives: the flow of the first of `letters`
-// recorded there, or else the value of the index before it.
-std::vector<int32_t> flows_by_position(const contig& c, std::string_view letters) {
-    std::vector<int32_t> flows(c.flow_index_map.size(), 0);
-    int32_t last = 0;
-    for (std::size_t i = 0; i < flows.size(); ++i) {
-        for (char letter : letters) {
-            const auto found = c.flow_index_map[i].find(letter);
-            if (found != c.flow_index_map[i].end()) {
-                last = found->second;
-                break;
-            }
-        }
-        flows[i] = last;
-    }
-    return flows;
 }
 
 // Flow indexes by position never fall, and rise by at most seven flows a
@@ -64,7 +45,7 @@ void append_flows(std::string& out, const std::vector<int32_t>& values) {
 
 std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_places& places) {
     if (c.print_map.empty()) c.create_print_map();
-    if (c.flow_consensus.empty()) c.create_flow_concensus();
+    const flow_space flows = build_flow_space(c);
 
     std::string out = "pelkrinContig({\"name\":";
     append_json_string(out, c.name);
@@ -75,11 +56,11 @@ std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_
     out.append(",\"consensus\":");
     append_json_string(out, std::string_view(c.consensus.data(), c.consensus.size()));
     out.append(",\"flows\":");
-    append_json_string(out, std::string_view(c.flow_consensus.data(), c.flow_consensus.size()));
+    append_json_string(out, std::string_view(flows.flows.data(), flows.flows.size()));
     out.append(",\"flowStart\":");
-    append_flows(out, flows_by_position(c, fcycle));
+    append_flows(out, flows.first_flow);
     out.append(",\"flowEnd\":");
-    append_flows(out, flows_by_position(c, "GCAT"));
+    append_flows(out, flows.last_flow);
 
     out.append(",\"colours\":[");
     bool first = true;
