@@ -25,10 +25,17 @@ char consensus_at(const std::vector<char>& consensus, int64_t i) {
 // any other letter need not be kept.
 using run_starts = std::vector<std::uint8_t>;
 
-std::uint8_t cycle_bit(char ch) {
-    const auto k = fcycle.find(ch);
-    return k == std::string_view::npos ? 0 : static_cast<std::uint8_t>(1u << k);
+constexpr std::uint8_t cycle_bit(char ch) {
+    switch (ch) {
+        case 'T': return 1;
+        case 'A': return 2;
+        case 'C': return 4;
+        case 'G': return 8;
+        default: return 0;
+    }
 }
+static_assert(cycle_bit(fcycle[0]) == 1 && cycle_bit(fcycle[1]) == 2 && cycle_bit(fcycle[2]) == 4 &&
+              cycle_bit(fcycle[3]) == 8);
 
 // Records a run start; one whose consensus index does not exist is not kept.
 void record(run_starts& starts, int64_t i, char ch) {
@@ -99,6 +106,7 @@ void walk_flows(const contig& c, std::vector<char>& flows, Place place) {
         // Compared with the flow that was last on entering the position, not
         // with one appended for an earlier letter of this same position.
         const char last = flows[k];
+        if (starts[i] == 0) continue;
         for (char b : fcycle) {
             if ((starts[i] & cycle_bit(b)) == 0) continue;
             if (b != last) {
