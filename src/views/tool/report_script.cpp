@@ -312,7 +312,7 @@ std::string_view report_script() {
     values.forEach(function (v) { most = Math.max(most, Math.ceil(v / 100)); });
     called.forEach(function (c) { stack = Math.max(stack, c.length); });
     var col = 14, unit = 28, left = 34, top = 8, plotH = most * unit, axis = top + plotH;
-    var baseTop = axis + 26, qualTop = baseTop + stack * 12 + 4;
+    var baseTop = axis + 28, qualTop = baseTop + stack * 13 + 2;
     var width = left + values.length * col + 10, height = qualTop + stack * 10 + 6;
     var svg = '<svg xmlns="http://www.w3.org/2000/svg" width="' + width + '" height="' + height + '" id="flowgram-svg">';
     for (var g = 0; g <= most; g++) {
@@ -329,7 +329,7 @@ std::string_view report_script() {
       svg += '<text class="label ' + k + '" x="' + (x + col / 2) + '" y="' + (axis + 12) + '" text-anchor="middle">' +
              letter + '</text>';
       called[f].forEach(function (base, i) {
-        svg += '<text class="called ' + k + '" x="' + (x + col / 2) + '" y="' + (baseTop + i * 12) +
+        svg += '<text class="called ' + k + '" x="' + (x + col / 2) + '" y="' + (baseTop + i * 13) +
                '" text-anchor="middle">' + letter + '</text>';
         svg += '<text class="quality" x="' + (x + col / 2) + '" y="' + (qualTop + i * 10) +
                '" text-anchor="middle">' + (quals[base] === undefined ? '' : quals[base]) + '</text>';

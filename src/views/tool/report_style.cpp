@@ -38,6 +38,7 @@ pre.view .read:hover, pre.view .read.open { background: #ffe9a8; }
 #flowgram-plot { overflow-x: auto; border: 1px solid #ddd; background: #fdfdfb; }
 #flowgram-plot svg { display: block; font-family: "DejaVu Sans Mono", monospace; }
 #flowgram-plot .grid { stroke: #ddd; } #flowgram-plot .label { fill: #666; font-size: 10px; }
+#flowgram-plot .called { font-size: 12px; }
 #flowgram-plot .quality { fill: #555; font-size: 8px; }
 .bases code { word-break: break-all; white-space: normal; }
 )css";
