@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # Builds the libFuzzer targets with clang and runs each for SECONDS of fuzzing.
 #
-#   fuzz/run-fuzzers.sh SECONDS [TARGET ...]      targets: ace_reader sff_reader whole_run contig_views
+#   fuzz/run-fuzzers.sh SECONDS [TARGET ...]      targets: ace_reader sff_reader whole_run contig_views reads_file
 #   fuzz/run-fuzzers.sh --merge [TARGET ...]      rewrites the committed corpus (below)
 #
 # Seeds come from the example assembly, the real files of tests/data, the
 # committed corpus (fuzz/corpus/TARGET) and the regression inputs
-# (fuzz/regressions/ace, sff, run or views). The growing corpus is kept in
+# (fuzz/regressions/ace, sff, run, views or reads). The growing corpus is kept in
 # out/fuzz-corpus, failing inputs in out/fuzz-artifacts: minimise one
 # (-minimize_crash=1), copy it into the target's regression folder, which the
 # test suite replays, and say what it is in fuzz/regressions/README.md. Exits
@@ -22,7 +22,7 @@ cd "$(dirname "$0")/.."
 mode=${1:?usage: fuzz/run-fuzzers.sh SECONDS|--merge [TARGET ...]}
 shift
 targets=("$@")
-[[ ${#targets[@]} -gt 0 ]] || targets=(ace_reader sff_reader whole_run contig_views)
+[[ ${#targets[@]} -gt 0 ]] || targets=(ace_reader sff_reader whole_run contig_views reads_file)
 data=tests/data
 
 CXX=clang++ cmake -S . -B out/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPELKRIN_FUZZ=ON \
@@ -45,6 +45,7 @@ regressions() {
     sff_reader) echo fuzz/regressions/sff ;;
     whole_run) echo fuzz/regressions/run ;;
     contig_views) echo fuzz/regressions/views ;;
+    reads_file) echo fuzz/regressions/reads ;;
   esac
 }
 
@@ -59,6 +60,12 @@ seed_files() {
       pack_run example/example.ace example/example.sff "$dir/example"
       pack_run "$data/contig1.ace" "$data/greek.sff" "$dir/contig1"
       pack_run "$data/consed_sample.ace" "$data/E3MFGYR02_random_10_reads.sff" "$dir/consed"
+      ;;
+    reads_file)
+      mkdir -p "$dir/made" && cp example/example.ace example/example.sff "$dir/made"/
+      out/fuzz/Pelkrin -f "$dir/made/example.ace" "$dir/made/example.sff" >/dev/null
+      pack_run "$dir/made/example.qdx" "$dir/made/example.reads" "$dir/example"
+      rm -r "$dir/made"
       ;;
   esac
   echo "$dir"

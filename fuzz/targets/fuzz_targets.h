@@ -17,5 +17,9 @@ void whole_run(const std::uint8_t* data, std::size_t size);
 // The contig views: every contig of arbitrary ACE bytes, then every operation
 // and renderer over several spans.
 void contig_views(const std::uint8_t* data, std::size_t size);
+// The location index and the reads file that Pelkrin writes, read back as the
+// report reads them: the first four bytes (little-endian) give the index's
+// length, the reads file follows it.
+void reads_file(const std::uint8_t* data, std::size_t size);
 
 }  // namespace pelkrin::fuzz

@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
-#include "ace/contig.h"
-#include "common/console.h"
-#include "ace/line_scanner.h"
-#include "ace/line_source.h"
+#include "contig.h"
+#include "../common/console.h"
+#include "line_scanner.h"
+#include "line_source.h"
 
 namespace pelkrin {
 

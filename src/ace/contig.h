@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "ace/read_record.h"
-#include "views/colour_map.h"
-#include "views/f_read.h"
+#include "read_record.h"
+#include "../views/colour_map.h"
+#include "../views/f_read.h"
 
 namespace pelkrin {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "ace/blank.h"
+#include "blank.h"
 
 namespace pelkrin {
 

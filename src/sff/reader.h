@@ -12,14 +12,14 @@
 #include <string>
 #include <vector>
 
-#include "common/console.h"
-#include "sff/byte_cursor.h"
-#include "sff/read_index.h"
-#include "sff/record_view.h"
-#include "sff/seq_read.h"
-#include "sff/sff_header.h"
-#include "sff/sff_read.h"
-#include "sff/sff_source.h"
+#include "../common/console.h"
+#include "byte_cursor.h"
+#include "read_index.h"
+#include "record_view.h"
+#include "seq_read.h"
+#include "sff_header.h"
+#include "sff_read.h"
+#include "sff_source.h"
 
 namespace pelkrin {
 

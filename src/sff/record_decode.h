@@ -7,9 +7,9 @@
 #include <cstdint>
 #include <span>
 
-#include "sff/byte_cursor.h"
-#include "sff/sff_header.h"
-#include "sff/sff_read.h"
+#include "byte_cursor.h"
+#include "sff_header.h"
+#include "sff_read.h"
 
 namespace pelkrin {
 

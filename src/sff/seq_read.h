@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "sff/sff_read.h"
+#include "sff_read.h"
 
 namespace pelkrin {
 

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "sff/mapping_guard.h"
+#include "mapping_guard.h"
 
 namespace pelkrin {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "ace/contig.h"
+#include "../ace/contig.h"
 
 namespace pelkrin {
 

@@ -9,8 +9,8 @@
 // SFF file, every line of an ACE file, 64 changed bytes each, about 35,000 runs)
 // take long under the sanitizers. By default the tests run a fixed sample of
 // them: cuts and changed bytes spread evenly over the whole of every file, and
-// every ACE case through Pelkrin and one of the three Pelkrin-view modes in
-// turn. PELKRIN_LONG=1 in the environment runs the full sets.
+// every ACE case through Pelkrin and one of four Pelkrin-view modes (the report
+// among them) in turn. PELKRIN_LONG=1 in the environment runs the full sets.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -180,11 +180,16 @@ void damaged_ace(const std::string& leaf, const std::filesystem::path& source, c
     auto run_case = [&](const std::string& ace, const std::string& what) {
         write_file(dir / "in.ace", ace);
         check(run_program({pelkrin_binary(), "-f", "in.ace", "in.sff"}, dir, l), what + " (Pelkrin)");
-        const char* const modes[] = {"align", "flow-html", "layout"};
-        for (std::size_t m = 0; m < 3; ++m) {
-            if (!every_mode && m != cases % 3) continue;
-            check(run_program({pelkrin_view_binary(), "-m", modes[m], "in.ace", "Contig1"}, dir, l),
-                  what + " (Pelkrin-view -m " + modes[m] + ")");
+        // The report reads what Pelkrin just wrote beside in.ace, through in.qdx.
+        const std::vector<std::string> modes[] = {{"-m", "align", "in.ace", "Contig1"},
+                                                  {"-m", "flow-html", "in.ace", "Contig1"},
+                                                  {"-m", "layout", "in.ace", "Contig1"},
+                                                  {"-m", "report", "-o", "report", "in.ace"}};
+        for (std::size_t m = 0; m < 4; ++m) {
+            if (!every_mode && m != cases % 4) continue;
+            std::vector<std::string> args = {pelkrin_view_binary()};
+            args.insert(args.end(), modes[m].begin(), modes[m].end());
+            check(run_program(args, dir, l), what + " (Pelkrin-view -m " + modes[m][1] + ")");
         }
         ++cases;
     };

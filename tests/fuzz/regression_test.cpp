@@ -67,5 +67,11 @@ TEST(FuzzRegressions, ContigViews) {
     replay("views", fuzz::contig_views);
 }
 
+TEST(FuzzRegressions, ReadsFile) {
+    call(fuzz::reads_file, "");
+    call(fuzz::reads_file, run_input("C\t0\t1\t3\n", "r\t1\n1\n2\n3\n"));
+    replay("reads", fuzz::reads_file);
+}
+
 }  // namespace
 }  // namespace pelkrin::test

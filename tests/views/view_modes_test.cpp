@@ -52,11 +52,12 @@ constexpr expected_mode expected[] = {
     {"seq-table", false, true, false, false, view_seq_table},
     {"flow-consensus", false, false, true, false, view_flow_consensus},
     {"layout", false, false, false, false, view_layout},
+    {"report", true, false, true, false, nullptr},
 };
 
 TEST(ViewModes, TheTableHoldsTheModesOfTheUsageTextInItsOrder) {
     const std::vector<std::string> names = usage_mode_names();
-    ASSERT_EQ(names.size(), 11u);
+    ASSERT_EQ(names.size(), 12u);
     ASSERT_EQ(view_modes().size(), names.size());
     for (std::size_t i = 0; i < names.size(); ++i) {
         EXPECT_EQ(view_modes()[i].name, names[i]);

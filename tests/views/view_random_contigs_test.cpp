@@ -16,6 +16,7 @@
 #include <string>
 
 #include "view_fixture.h"
+#include "views/flow_space.h"
 
 namespace pelkrin::test {
 namespace {
@@ -217,6 +218,25 @@ TEST(ViewRandomContigs, EveryOperationStaysInsideItsContainers) {
     EXPECT_GT(listed, 400u);
     EXPECT_GT(flow_reads, 100u);
     EXPECT_GT(base_reads, 100u);
+}
+
+// The flow consensus without the maps (views/flow_space.h) gives what the
+// maps give, on contigs with odd characters, reads outside the consensus and
+// lengths that do not match the bases.
+TEST(ViewRandomContigs, FlowSpaceMatchesTheFlowIndexMaps) {
+    std::mt19937 random(20261123);
+    for (int n = 0; n < 2000; ++n) {
+        contig c = random_contig(random);
+        const flow_space fs = build_flow_space(c);
+        c.create_flow_concensus();
+        ASSERT_EQ(fs.flows, c.flow_consensus) << n;
+        if (c.reads.empty()) continue;
+        ASSERT_EQ(fs.first_flow.size(), c.consensus.size()) << n;
+        for (std::size_t i = 0; i < c.consensus.size(); ++i) {
+            ASSERT_EQ(fs.first_flow[i], c.getFlowIdx_start(static_cast<int32_t>(i))) << n << " at " << i;
+            ASSERT_EQ(fs.last_flow[i], c.getFlowIdx_end(static_cast<int32_t>(i))) << n << " at " << i;
+        }
+    }
 }
 
 }  // namespace

@@ -16,6 +16,7 @@ constexpr view_mode modes[] = {
     {"seq-table",        false, true,  false, false, view_seq_table},
     {"flow-consensus",   false, false, true,  false, view_flow_consensus},
     {"layout",           false, false, false, false, view_layout},
+    {"report",           true,  false, true,  false, nullptr},
 };
 
 }  // namespace

@@ -14,6 +14,8 @@ struct view_mode {
     bool span;                  // START to START + WIDTH - 1; otherwise the whole contig
     bool flow_space;            // flows rather than bases
     bool read_list;             // lists the reads it drew, for -r
+    // Null for the report, which covers every contig of the file rather
+    // than one (report_run.h).
     view_operation operation;
 };
 

@@ -11,7 +11,8 @@ namespace {
 constexpr int64_t largest = std::numeric_limits<int32_t>::max();
 
 bool takes_value(char letter) {
-    return letter == 'm' || letter == 's' || letter == 'w' || letter == 'c' || letter == 'r';
+    return letter == 'm' || letter == 's' || letter == 'w' || letter == 'c' || letter == 'r' ||
+           letter == 'o';
 }
 
 // Stores the value of option `letter`; returns what is wrong with it, if anything.
@@ -35,6 +36,9 @@ std::string set_value(view_options& o, char letter, const std::string& value) {
         }
         case 'c':
             o.colour_file = value;
+            return {};
+        case 'o':
+            o.report_folder = value;
             return {};
         default:
             o.reads_file = value;
@@ -109,6 +113,14 @@ parsed_view_options parse_view_options(const std::vector<std::string>& args) {
         }
     }
 
+    if (o.mode == "report") {
+        if (names.empty()) return usage_error("missing argument aceFile");
+        if (names.size() > 1) return usage_error("unexpected argument " + names[1]);
+        if (!o.report_folder) return usage_error("-m report needs the folder of the report: -o DIR");
+        o.ace_file = names[0];
+        return parsed;
+    }
+    if (o.report_folder) return usage_error("option -o goes with -m report only");
     if (names.size() < 2) {
         return usage_error(names.empty() ? "missing arguments aceFile and contigName" : "missing argument contigName");
     }

@@ -15,8 +15,9 @@ struct view_options {
     std::optional<std::string> colour_file;
     std::optional<std::string> reads_file;
     bool page = false;
+    std::optional<std::string> report_folder;  // -o, for the report
     std::string ace_file;
-    std::string contig_name;
+    std::string contig_name;  // empty for the report
 };
 
 enum class view_command { run, help, usage_error };

@@ -10,6 +10,7 @@
 #include "common/same_file.h"
 #include "views/tool/colour_file.h"
 #include "views/tool/html_page.h"
+#include "views/tool/report_run.h"
 #include "views/tool/view_modes.h"
 #include "views/tool/view_options.h"
 #include "views/tool/view_usage.h"
@@ -82,6 +83,16 @@ int run_view(const std::vector<std::string>& args, std::ostream& out, std::ostre
             return 1;
         }
         colours = std::move(*loaded.colours);
+    }
+
+    if (!mode.operation) {
+        try {
+            write_report(o.ace_file, *o.report_folder, colours, console{out, err});
+        } catch (const fatal_error& e) {
+            err << e.message() << std::flush;
+            return e.status();
+        }
+        return 0;
     }
 
     std::optional<contig> found;

@@ -1,0 +1,126 @@
+#include "views/tool/report_contig_data.h"
+
+#include <charconv>
+#include <string_view>
+#include <unordered_map>
+
+#include "views/flow_space.h"
+#include "views/tool/json_text.h"
+
+namespace pelkrin {
+namespace {
+
+void append_number(std::string& out, int64_t v) {
+    char digits[24];
+    out.append(digits, std::to_chars(digits, digits + sizeof digits, v).ptr);
+}
+
+// Flow indexes by position never fall, and rise by at most seven flows a
+// position: written as a string of steps, one digit each (the page adds them
+// up), unless a step is not a digit; then as a list of numbers.
+void append_flows(std::string& out, const std::vector<int32_t>& values) {
+    std::string steps;
+    steps.reserve(values.size() + 2);
+    steps.push_back('"');
+    int64_t before = 0;
+    for (const int32_t v : values) {
+        const int64_t step = static_cast<int64_t>(v) - before;
+        if (step < 0 || step > 9) break;
+        steps.push_back(static_cast<char>('0' + step));
+        before = v;
+    }
+    if (steps.size() == values.size() + 1) {
+        out.append(steps).push_back('"');
+        return;
+    }
+    out.push_back('[');
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (i > 0) out.push_back(',');
+        append_number(out, values[i]);
+    }
+    out.push_back(']');
+}
+
+}  // namespace
+
+std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_places& places) {
+    if (c.print_map.empty()) c.create_print_map();
+    const flow_space flows = build_flow_space(c);
+
+    std::string out = "pelkrinContig({\"name\":";
+    append_json_string(out, c.name);
+    out.append(",\"maxReadLen\":");
+    append_number(out, c.max_read_len);
+    out.append(",\"minReadLen\":");
+    append_number(out, c.min_read_len);
+    out.append(",\"consensus\":");
+    append_json_string(out, std::string_view(c.consensus.data(), c.consensus.size()));
+    out.append(",\"flows\":");
+    append_json_string(out, std::string_view(flows.flows.data(), flows.flows.size()));
+    out.append(",\"flowStart\":");
+    append_flows(out, flows.first_flow);
+    out.append(",\"flowEnd\":");
+    append_flows(out, flows.last_flow);
+
+    out.append(",\"colours\":[");
+    bool first = true;
+    for (const auto& [ch, colour] : colours) {
+        if (!first) out.push_back(',');
+        first = false;
+        out.push_back('[');
+        append_json_string(out, std::string_view(&ch, 1));
+        out.push_back(',');
+        append_json_string(out, colour);
+        out.push_back(']');
+    }
+    out.append("]");
+
+    // Reads in name order: [name, padded start, padded length, bases, flowgram file].
+    std::unordered_map<std::string_view, std::size_t> index_of;
+    index_of.reserve(c.reads.size());
+    out.append(",\"reads\":[");
+    std::size_t k = 0;
+    for (const auto& [name, read] : c.reads) {
+        if (k > 0) out.push_back(',');
+        index_of.emplace(name, k);
+        out.push_back('[');
+        append_json_string(out, name);
+        out.push_back(',');
+        append_number(out, read.pos);
+        out.push_back(',');
+        append_number(out, read.len);
+        out.push_back(',');
+        append_json_string(out, std::string_view(read.seq.data(), read.seq.size()));
+        out.push_back(',');
+        append_number(out, k < places.file_of_read.size() ? places.file_of_read[k] : -1);
+        out.push_back(']');
+        ++k;
+    }
+    out.append("]");
+
+    // Display rows: pairs of padded start and read number, in ascending start.
+    out.append(",\"rows\":[");
+    for (std::size_t r = 0; r < c.print_map.size(); ++r) {
+        if (r > 0) out.push_back(',');
+        out.push_back('[');
+        bool first_in_row = true;
+        for (const auto& [p, name] : c.print_map[r]) {
+            const auto found = index_of.find(name);
+            if (found == index_of.end()) continue;
+            if (!first_in_row) out.push_back(',');
+            first_in_row = false;
+            append_number(out, p);
+            out.push_back(',');
+            append_number(out, static_cast<int64_t>(found->second));
+        }
+        out.push_back(']');
+    }
+    out.append("],\"flowgramFiles\":");
+    append_number(out, places.files);
+    out.append(",\"flowgramNote\":");
+    append_json_string(out, places.note);
+    out.append("});\n");
+    return out;
+}
+
+}  // namespace pelkrin

@@ -1,0 +1,25 @@
+#pragma once
+// A contig's alignment as data for the report page's script: the padded
+// consensus, the consensus in flow space with the first and last flow of
+// every position, the reads with their padded bases, and the display rows.
+// The page draws one window of it at a time.
+#include <string>
+#include <vector>
+
+#include "ace/contig.h"
+#include "views/colour_map.h"
+
+namespace pelkrin {
+
+struct flowgram_places {
+    // For every read of the contig, in name order: the file of flowgrams
+    // (from 0) that holds it, or -1 when the reads file has none for it.
+    std::vector<int> file_of_read;
+    int files = 0;
+    std::string note;  // why no flowgrams are shown, when none are
+};
+
+// The text of the script file: one call of pelkrinContig({...}).
+std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_places& places);
+
+}  // namespace pelkrin

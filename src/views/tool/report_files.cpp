@@ -1,0 +1,57 @@
+#include "views/tool/report_files.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <system_error>
+
+#include "common/fatal_error.h"
+
+namespace pelkrin {
+namespace {
+
+[[noreturn]] void cannot(const std::string& what, const std::filesystem::path& path) {
+    throw fatal_error(1, std::string("Pelkrin-view: can not ").append(what).append(" ").append(path.string()).append("\n"));
+}
+
+}  // namespace
+
+void make_report_folder(const std::filesystem::path& folder) {
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error || !std::filesystem::is_directory(folder, error)) cannot("create folder", folder);
+}
+
+void write_report_file(const std::filesystem::path& folder, const std::string& name, std::string_view text) {
+    const std::filesystem::path path = folder / name;
+    // A file of an earlier report is removed rather than emptied: ext4 sends a
+    // file that was emptied and written again to the disk as it is closed,
+    // which for thousands of files costs more than the whole report.
+    ::unlink(path.c_str());
+    std::FILE* file = std::fopen(path.c_str(), "wb");
+    if (!file) cannot("open file", path);
+    const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+    if (std::fclose(file) != 0 || !written) cannot("write file", path);
+}
+
+std::string read_file_range(int fd, int64_t from, int64_t to) {
+    std::string bytes;
+    if (fd < 0 || from < 0) return bytes;
+    constexpr std::size_t piece = std::size_t{1} << 20;
+    for (;;) {
+        const int64_t have = static_cast<int64_t>(bytes.size());
+        if (to >= 0 && have >= to - from) break;
+        const std::size_t want = to < 0 ? piece : std::min<std::size_t>(piece, static_cast<std::size_t>(to - from - have));
+        bytes.resize(static_cast<std::size_t>(have) + want);
+        const ssize_t got = ::pread(fd, bytes.data() + have, want, static_cast<off_t>(from + have));
+        if (got <= 0) {
+            bytes.resize(static_cast<std::size_t>(have));
+            break;
+        }
+        bytes.resize(static_cast<std::size_t>(have + got));
+    }
+    return bytes;
+}
+
+}  // namespace pelkrin

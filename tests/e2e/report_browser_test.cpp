@@ -1,0 +1,307 @@
+// Pelkrin-view's report opened in headless Chromium: the index, a contig
+// page's depth plot and alignment window, the window moved to the end, a
+// read's flowgram, and names from the files shown as text. The window's text
+// is checked against Pelkrin-view's own span modes. Skipped when Chromium is
+// not installed.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <sstream>
+
+#include "files.h"
+#include "program.h"
+#include "report_browser.h"
+#include "views/qdx_index.h"
+#include "views/read_block.h"
+
+namespace pelkrin::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int window_width = 120;
+
+program_result view(const std::vector<std::string>& args) {
+    std::vector<std::string> argv = {PELKRIN_VIEW_BINARY};
+    argv.insert(argv.end(), args.begin(), args.end());
+    return run_program(argv);
+}
+
+std::string span_text(const fs::path& ace, const std::string& contig, const std::string& mode, int64_t start) {
+    const program_result r = view({"-m", mode, "-s", std::to_string(start), "-w", std::to_string(window_width),
+                                   ace.string(), contig});
+    EXPECT_EQ(r.status, 0) << r.err;
+    return mode == "align" ? r.out : without_tags(r.out);
+}
+
+fs::path write_report(const fs::path& ace, const fs::path& folder, const std::vector<std::string>& extra = {}) {
+    std::vector<std::string> args = {"-m", "report", "-o", folder.string()};
+    args.insert(args.end(), extra.begin(), extra.end());
+    args.push_back(ace.string());
+    const program_result r = view(args);
+    EXPECT_EQ(r.status, 0) << r.err;
+    return folder;
+}
+
+// Drives a contig page: the first window, twenty windows along the contig,
+// the last window; then, when `open_read`, the flowgram of the first read
+// listed in the last window.
+std::string contig_page_script(bool open_read) {
+    return std::string(R"(
+var R = window.pelkrinReport, base = document.getElementById('base-view'), flow = document.getElementById('flow-view');
+put('loadedMs', performance.now());
+put('depthPaths', document.querySelectorAll('#depth-plot path.depth').length);
+put('base1', base.textContent);
+put('flow1', flow.textContent);
+var times = [];
+for (var k = 0; k <= 20; k++) {
+  var t = performance.now();
+  R.show(1 + Math.floor(k * (R.lastStart() - 1) / 20));
+  document.body.getBoundingClientRect();  // the layout of the new window counts too
+  times.push(performance.now() - t);
+}
+times.sort(function (a, b) { return a - b; });
+put('medianMs', times[10]);
+put('slowestMs', times[20]);
+R.show(1);
+document.getElementById('go-last').click();
+put('lastStart', R.state().start);
+put('baseEnd', base.textContent);
+put('flowEnd', flow.textContent);
+put('windowX', document.getElementById('depth-window').getAttribute('x'));
+var first = document.querySelector('#read-list li');
+put('listed', document.querySelectorAll('#read-list li').length);
+if (!)") + (open_read ? "true" : "false") + R"( || !first) {
+  finish();
+} else {
+  put('readName', first.textContent);
+  R.openRead(+first.getAttribute('data-read'), function () {
+    var bars = document.querySelectorAll('#flowgram-svg rect.bar'), values = [], ratio = null, off = 0;
+    Array.prototype.forEach.call(bars, function (b) {
+      var v = +b.getAttribute('data-value'), h = +b.getAttribute('height');
+      values.push(v);
+      if (v > 0 && ratio === null) ratio = h / v;
+      off = Math.max(off, Math.abs(h - (ratio === null ? 0 : ratio) * v));
+    });
+    put('bars', bars.length);
+    put('values', values.join(','));
+    put('heightOff', off);
+    put('called', document.querySelectorAll('#flowgram-svg text.called').length);
+    put('qualities', document.getElementById('flowgram-qualities').textContent);
+    put('flowgramName', document.getElementById('flowgram-name').textContent);
+    finish();
+  });
+}
+)";
+}
+
+constexpr const char* index_script = R"(
+var rows = function () { return Array.prototype.slice.call(document.querySelectorAll('#contigs tbody tr')); };
+put('rows', rows().length);
+put('names', rows().map(function (r) { return r.cells[0].textContent; }).join('\n'));
+put('lengthPlot', document.querySelectorAll('#length-plot path').length);
+var head = document.querySelectorAll('#contigs th')[1];
+head.click();
+put('lengthsUp', rows().map(function (r) { return r.cells[1].textContent; }).join(','));
+head.click();
+put('lengthsDown', rows().map(function (r) { return r.cells[1].textContent; }).join(','));
+finish();
+)";
+
+// The contig names of an ACE file, from its CO lines.
+std::vector<std::string> contig_names(const fs::path& ace) {
+    std::istringstream in(read_file(ace));
+    std::vector<std::string> names;
+    for (std::string line; std::getline(in, line);) {
+        if (line.rfind("CO ", 0) == 0) names.push_back(line.substr(3, line.find(' ', 3) - 3));
+    }
+    return names;
+}
+
+std::string joined(const std::vector<std::string>& parts, const std::string& between) {
+    std::string out;
+    for (std::size_t i = 0; i < parts.size(); ++i) out.append(i ? between : "").append(parts[i]);
+    return out;
+}
+
+// The data lines of `read` in the block of `contig` of Pelkrin's output beside `ace`.
+std::vector<std::string> reads_file_lines(const fs::path& prefix, const std::string& contig, const std::string& read) {
+    const std::vector<qdx_entry> entries = parse_qdx(read_file(prefix.string() + ".qdx"));
+    const qdx_entry* entry = find_qdx_entry(entries, 0, contig);
+    if (!entry) return {};
+    const std::string reads = read_file(prefix.string() + ".reads");
+    for (const read_entry& e : parse_read_block(std::string_view(reads).substr(static_cast<std::size_t>(entry->offset)),
+                                                entry->read_count, entry->lines_per_read)) {
+        if (e.name == read) return std::vector<std::string>(e.lines.begin(), e.lines.end());
+    }
+    return {};
+}
+
+std::string tabs_to(std::string text, char c) {
+    for (char& ch : text) {
+        if (ch == '\t') ch = c;
+    }
+    return text;
+}
+
+// The example assembly with Pelkrin's -f output beside it.
+fs::path example_with_flowgrams(const fs::path& dir) {
+    for (const char* name : {"example.ace", "example.sff"}) fs::copy_file(source_file(std::string("example/") + name), dir / name);
+    const program_result r = run_program({PELKRIN_BINARY, "-f", (dir / "example.ace").string(), (dir / "example.sff").string()});
+    EXPECT_EQ(r.status, 0) << r.err;
+    return dir / "example.ace";
+}
+
+// One contig of `reads` reads of 300 to 500 bases over `length` positions,
+// the reads copied from the consensus; deterministic.
+void write_big_contig(const fs::path& path, int reads, int length) {
+    uint64_t state = 12345;
+    auto next = [&state](int below) {
+        state = state * 6364136223846793005ULL + 1442695040888963407ULL;
+        return static_cast<int>((state >> 33) % static_cast<uint64_t>(below));
+    };
+    std::string consensus;
+    for (int i = 0; i < length; ++i) consensus.push_back(next(60) == 0 ? '*' : "ACGT"[next(4)]);
+    auto lines_of = [](const std::string& s) {
+        std::string out;
+        for (std::size_t i = 0; i < s.size(); i += 60) out.append(s.substr(i, 60)).push_back('\n');
+        return out;
+    };
+    std::string ace = "AS 1 " + std::to_string(reads) + "\n\nCO BigContig " + std::to_string(length) + " " +
+                      std::to_string(reads) + " 0 U\n" + lines_of(consensus) + "\nBQ\n";
+    for (int i = 0; i < length; ++i) {
+        if (consensus[static_cast<std::size_t>(i)] != '*') ace.append(" 30");
+        if (i % 50 == 49) ace.push_back('\n');
+    }
+    ace.append("\n\n");
+    std::vector<std::pair<int, int>> placed;  // start, length
+    for (int k = 0; k < reads; ++k) {
+        const int len = 300 + next(201);
+        placed.emplace_back(1 + next(length - len + 1), len);
+        ace.append("AF big").append(std::to_string(k)).append(" U ").append(std::to_string(placed.back().first)).push_back('\n');
+    }
+    ace.append("BS 1 ").append(std::to_string(length)).append(" big0\n");
+    for (int k = 0; k < reads; ++k) {
+        const auto [start, len] = placed[static_cast<std::size_t>(k)];
+        const std::string name = std::string("big").append(std::to_string(k));
+        ace.append("\nRD ").append(name).append(" ").append(std::to_string(len)).append(" 0 0\n");
+        ace.append(lines_of(consensus.substr(static_cast<std::size_t>(start - 1), static_cast<std::size_t>(len))));
+        ace.append("\nQA 1 ").append(std::to_string(len)).append(" 1 ").append(std::to_string(len)).push_back('\n');
+        ace.append("DS CHROMAT_FILE: ").append(name).append(" PHD_FILE: ").append(name).append(".phd.1\n");
+    }
+    ace.push_back('\n');
+    write_file(path, ace);
+
+    // Pelkrin -f output for it, made up: ten bases and 100 flows a read, in
+    // files larger than a page takes in, so that the page loads them.
+    std::vector<std::string> names;
+    for (int k = 0; k < reads; ++k) names.push_back(std::string("big").append(std::to_string(k)));
+    std::sort(names.begin(), names.end());
+    const std::string header = ">BigContig\t" + std::to_string(reads) + "\t3\n";
+    std::string block = header;
+    for (const std::string& name : names) {
+        block.append(name).append("\t1\n");
+        for (int i = 0; i < 10; ++i) block.append(i ? "\t" : "").append(std::to_string(20 + next(20)));
+        block.push_back('\n');
+        for (int i = 0; i < 10; ++i) block.append(i ? "\t" : "").append(std::to_string(i * 9 + next(9)));
+        block.push_back('\n');
+        for (int i = 0; i < 100; ++i) block.append(i ? "\t" : "").append(std::to_string(next(400)));
+        block.push_back('\n');
+    }
+    fs::path prefix = path;
+    prefix.replace_extension();
+    write_file(prefix.string() + ".reads", block);
+    write_file(prefix.string() + ".qdx", "BigContig\t" + std::to_string(header.size()) + "\t" + std::to_string(reads) + "\t3\n");
+}
+
+class ReportBrowser : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!fs::exists(chromium_path)) GTEST_SKIP() << "Chromium is not installed at " << chromium_path;
+    }
+};
+
+TEST_F(ReportBrowser, ExampleIndexListsEveryContigAndSorts) {
+    const fs::path dir = scratch_dir();
+    const fs::path ace = example_with_flowgrams(dir);
+    const fs::path report = write_report(ace, dir / "report");
+    const browser_results r = run_in_browser(report / "index.html", index_script, false);
+    EXPECT_EQ(r.values.at("errors"), "");
+    const std::vector<std::string> names = contig_names(ace);
+    EXPECT_EQ(r.values.at("rows"), std::to_string(names.size()));
+    EXPECT_EQ(r.values.at("names"), joined(names, "\n"));
+    EXPECT_EQ(r.values.at("lengthPlot"), "1");
+    EXPECT_EQ(r.values.at("lengthsUp"), "212,250,250");
+    EXPECT_EQ(r.values.at("lengthsDown"), "250,250,212");
+}
+
+TEST_F(ReportBrowser, ExampleContigPageDrawsWindowsAndAFlowgram) {
+    const fs::path dir = scratch_dir();
+    const fs::path ace = example_with_flowgrams(dir);
+    const fs::path report = write_report(ace, dir / "report");
+    for (const std::string contig : {"Contig1", "Contig3"}) {
+        const std::string page = contig == "Contig1" ? "contig-1.html" : "contig-3.html";
+        const browser_results r = run_in_browser(report / page, contig_page_script(true), true);
+        ASSERT_TRUE(r.values.count("errors")) << r.dom.substr(0, 2000);
+        EXPECT_EQ(r.values.at("errors"), "");
+        EXPECT_EQ(r.values.at("depthPaths"), "1");
+        EXPECT_EQ(r.values.at("base1"), span_text(ace, contig, "align", 1));
+        EXPECT_EQ(r.values.at("flow1"), span_text(ace, contig, "flow-html", 1));
+        const int64_t last_start = std::stoll(r.values.at("lastStart"));
+        EXPECT_GT(last_start, 1);
+        EXPECT_EQ(r.values.at("baseEnd"), span_text(ace, contig, "align", last_start));
+        EXPECT_EQ(r.values.at("flowEnd"), span_text(ace, contig, "flow-html", last_start));
+        EXPECT_NE(r.values.at("baseEnd"), r.values.at("base1"));
+        EXPECT_GT(std::stod(r.values.at("windowX")), 60.0);
+
+        // One bar per flow, as high as the reads file's flowgram value says.
+        const std::string read = r.values.at("readName");
+        EXPECT_EQ(r.values.at("flowgramName"), read);
+        const std::vector<std::string> lines = reads_file_lines(dir / "example", contig, read);
+        ASSERT_EQ(lines.size(), 3u) << read;
+        EXPECT_EQ(r.values.at("values"), tabs_to(lines[2], ','));
+        EXPECT_EQ(r.values.at("bars"), std::to_string(parse_values_line(lines[2]).size()));
+        EXPECT_LT(std::stod(r.values.at("heightOff")), 0.01);
+        EXPECT_EQ(r.values.at("qualities"), tabs_to(lines[0], ' '));
+        EXPECT_EQ(r.values.at("called"), std::to_string(parse_values_line(lines[1]).size()));
+    }
+}
+
+TEST_F(ReportBrowser, ContigOfFifteenThousandReadsOpensAndMovesAtOnce) {
+    const fs::path dir = scratch_dir();
+    const fs::path ace = dir / "big.ace";
+    write_big_contig(ace, 15000, 20000);
+    const fs::path report = write_report(ace, dir / "report");
+    const browser_results index = run_in_browser(report / "index.html", index_script, false);
+    EXPECT_EQ(index.values.at("names"), "BigContig");
+
+    // Its alignment and its flowgrams are too large for the page: files of their own.
+    EXPECT_TRUE(fs::exists(report / "contig-1.js"));
+    EXPECT_TRUE(fs::exists(report / "contig-1-flowgrams-59.js"));
+    EXPECT_FALSE(fs::exists(report / "contig-1-flowgrams-60.js"));
+
+    const browser_results r = run_in_browser(report / "contig-1.html", contig_page_script(true), true);
+    ASSERT_TRUE(r.values.count("errors")) << r.dom.substr(0, 2000);
+    EXPECT_EQ(r.values.at("errors"), "");
+    EXPECT_EQ(r.values.at("depthPaths"), "1");
+    EXPECT_EQ(r.values.at("base1"), span_text(ace, "BigContig", "align", 1));
+    EXPECT_EQ(r.values.at("flow1"), span_text(ace, "BigContig", "flow-html", 1));
+    EXPECT_EQ(r.values.at("lastStart"), std::to_string(20000 - window_width + 1));
+    EXPECT_EQ(r.values.at("baseEnd"), span_text(ace, "BigContig", "align", 20000 - window_width + 1));
+    EXPECT_NE(r.values.at("baseEnd"), r.values.at("base1"));
+    // Generous for a machine under load: on an idle one the median is some 25 ms.
+    EXPECT_LT(std::stod(r.values.at("medianMs")), 150.0);
+    const std::vector<std::string> lines = reads_file_lines(dir / "big", "BigContig", r.values.at("readName"));
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(r.values.at("values"), tabs_to(lines[2], ','));
+    EXPECT_EQ(r.values.at("bars"), "100");
+    EXPECT_LT(std::stod(r.values.at("heightOff")), 0.01);
+    EXPECT_LT(std::stod(r.values.at("loadedMs")), 5000.0);
+    std::cout << "window moved and laid out in " << r.values.at("medianMs") << " ms (median), at most "
+              << r.values.at("slowestMs") << " ms; page ready after " << r.values.at("loadedMs") << " ms\n";
+}
+
+}  // namespace
+}  // namespace pelkrin::test

@@ -1,0 +1,87 @@
+// Pelkrin-view -m report on the command line: its arguments, its files, and
+// what it says when it cannot write them.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "files.h"
+#include "program.h"
+
+namespace pelkrin::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+program_result view(const std::vector<std::string>& args) {
+    std::vector<std::string> argv = {PELKRIN_VIEW_BINARY};
+    argv.insert(argv.end(), args.begin(), args.end());
+    return run_program(argv);
+}
+
+std::string example_ace() { return source_file("example/example.ace").string(); }
+
+void expect_usage_error(const std::vector<std::string>& args, const std::string& what) {
+    const program_result r = view(args);
+    EXPECT_EQ(r.status, 2) << what;
+    EXPECT_EQ(r.out, "") << what;
+    EXPECT_EQ(r.err.rfind("Pelkrin-view: " + what + "\nUsage: Pelkrin-view", 0), 0u) << r.err;
+}
+
+TEST(ReportTool, ArgumentsAreChecked) {
+    expect_usage_error({"-m", "report", example_ace()}, "-m report needs the folder of the report: -o DIR");
+    expect_usage_error({"-m", "report", "-o", "dir"}, "missing argument aceFile");
+    expect_usage_error({"-m", "report", "-o", "dir", example_ace(), "Contig1"}, "unexpected argument Contig1");
+    expect_usage_error({"-o", "dir", example_ace(), "Contig1"}, "option -o goes with -m report only");
+    expect_usage_error({"-m", "report", "-o"}, "option -o needs a value");
+}
+
+TEST(ReportTool, WritesAPageAndADataFilePerContig) {
+    const fs::path dir = scratch_dir();
+    const program_result r = view({"-m", "report", "-o", (dir / "r").string(), example_ace()});
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.err, "");
+    EXPECT_EQ(r.out, "Pelkrin-view: report of 3 contigs written to " + (dir / "r" / "index.html").string() + "\n");
+    for (const char* name : {"index.html", "pelkrin-report.css", "pelkrin-report.js", "contig-1.html",
+                             "contig-2.html", "contig-3.html"}) {
+        EXPECT_TRUE(fs::is_regular_file(dir / "r" / name)) << name;
+    }
+    // Small contigs carry their data in the page. No reads file stands beside
+    // the example in the source tree: the pages say so.
+    EXPECT_FALSE(fs::exists(dir / "r" / "contig-1.js"));
+    EXPECT_FALSE(fs::exists(dir / "r" / "contig-1-flowgrams-0.js"));
+    EXPECT_NE(read_file(dir / "r" / "contig-1.html").find("run Pelkrin -f"), std::string::npos);
+    // Each page but the last links to the next.
+    EXPECT_NE(read_file(dir / "r" / "contig-2.html").find("\"contig-3.html\">next"), std::string::npos);
+    EXPECT_EQ(read_file(dir / "r" / "contig-3.html").find(">next<"), std::string::npos);
+}
+
+TEST(ReportTool, AReadsFileWithoutFlowgramsIsNamed) {
+    const fs::path dir = scratch_dir();
+    for (const char* name : {"example.ace", "example.sff"}) fs::copy_file(source_file(std::string("example/") + name), dir / name);
+    ASSERT_EQ(run_program({PELKRIN_BINARY, (dir / "example.ace").string(), (dir / "example.sff").string()}).status, 0);
+    const program_result r = view({"-m", "report", "-o", (dir / "r").string(), (dir / "example.ace").string()});
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(read_file(dir / "r" / "contig-2.html").find("Pelkrin wrote it without -f"), std::string::npos);
+}
+
+TEST(ReportTool, AFolderThatCannotBeMadeIsAnError) {
+    const fs::path dir = scratch_dir();
+    write_file(dir / "file", "x");
+    const program_result r = view({"-m", "report", "-o", (dir / "file" / "r").string(), example_ace()});
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.out, "");
+    EXPECT_EQ(r.err, "Pelkrin-view: can not create folder " + (dir / "file" / "r").string() + "\n");
+}
+
+TEST(ReportTool, TheAceReadersOwnErrorsStandAsTheyAre) {
+    const fs::path dir = scratch_dir();
+    write_file(dir / "bad.ace", "XX\n");
+    const program_result report = view({"-m", "report", "-o", (dir / "r").string(), (dir / "bad.ace").string()});
+    const program_result align = view({(dir / "bad.ace").string(), "Contig1"});
+    EXPECT_EQ(report.status, align.status);
+    EXPECT_EQ(report.err, align.err);
+    EXPECT_FALSE(fs::exists(dir / "r"));
+}
+
+}  // namespace
+}  // namespace pelkrin::test

@@ -1,0 +1,64 @@
+// Reading back Pelkrin's location index and reads file, as the report does.
+#include <gtest/gtest.h>
+
+#include "views/qdx_index.h"
+#include "views/read_block.h"
+
+namespace pelkrin::test {
+namespace {
+
+TEST(QdxIndex, ReadsEveryWellFormedLine) {
+    const auto entries = parse_qdx("Contig1\t13\t2\t1\nContig2\t66\t1\t3\r\n");
+    ASSERT_EQ(entries.size(), 2u);
+    EXPECT_EQ(entries[0].contig_name, "Contig1");
+    EXPECT_EQ(entries[0].offset, 13);
+    EXPECT_EQ(entries[0].read_count, 2u);
+    EXPECT_EQ(entries[0].lines_per_read, 1);
+    EXPECT_EQ(entries[1].contig_name, "Contig2");
+    EXPECT_EQ(entries[1].lines_per_read, 3);
+}
+
+TEST(QdxIndex, ANameMayHoldTabsAndBadLinesAreLeftOut) {
+    const auto entries = parse_qdx("a\tb\t5\t1\t1\nno numbers\nx\t-1\t1\t1\ny\t5\t1\t0\nz\t5\t1\nw\t5x\t1\t1\n");
+    ASSERT_EQ(entries.size(), 1u);
+    EXPECT_EQ(entries[0].contig_name, "a\tb");
+}
+
+TEST(QdxIndex, FindsByPlaceThenByName) {
+    const auto entries = parse_qdx("A\t1\t0\t1\nB\t2\t0\t1\nA\t3\t0\t1\n");
+    EXPECT_EQ(find_qdx_entry(entries, 2, "A")->offset, 3);
+    EXPECT_EQ(find_qdx_entry(entries, 1, "A")->offset, 1);
+    EXPECT_EQ(find_qdx_entry(entries, 9, "B")->offset, 2);
+    EXPECT_EQ(find_qdx_entry(entries, 0, "C"), nullptr);
+}
+
+TEST(ReadBlock, TakesTheEntriesUpToTheNextContig) {
+    const std::string text = "readA\t1\n35\t35\n0\t2\n101\t2\t98\nreadB\t1\n\n\n7\n>Contig2\t1\t3\nreadC\t1\n1\n2\n3\n";
+    const auto entries = parse_read_block(text, 5, 3);
+    ASSERT_EQ(entries.size(), 2u);
+    EXPECT_EQ(entries[0].name, "readA");
+    EXPECT_EQ(entries[0].lines[2], "101\t2\t98");
+    EXPECT_EQ(entries[1].name, "readB");
+    EXPECT_EQ(entries[1].lines[0], "");
+    EXPECT_EQ(entries[1].lines[2], "7");
+}
+
+TEST(ReadBlock, StopsAtTheCountAndAtAnEntryCutShort) {
+    EXPECT_EQ(parse_read_block("a\t1\n1\nb\t1\n2\n", 1, 1).size(), 1u);
+    EXPECT_EQ(parse_read_block("a\t1\n1\n2\nb\t1\n2", 9, 2).size(), 1u);
+    EXPECT_TRUE(parse_read_block("a\t1\n1\n", 9, 0).empty());
+}
+
+TEST(ReadBlock, ValuesLines) {
+    EXPECT_TRUE(is_values_line(""));
+    EXPECT_TRUE(is_values_line("0\t-12\t300"));
+    for (const char* bad : {"\t", "1\t", "\t1", "1\t\t2", "-", "1-2", "1 2", "+1", "1\r", "a"}) {
+        EXPECT_FALSE(is_values_line(bad)) << bad;
+    }
+    EXPECT_EQ(parse_values_line("101\t-2\t98"), (std::vector<int64_t>{101, -2, 98}));
+    EXPECT_TRUE(parse_values_line("1\tx").empty());
+    EXPECT_TRUE(parse_values_line("99999999999999999999").empty());
+}
+
+}  // namespace
+}  // namespace pelkrin::test
