@@ -62,8 +62,11 @@ sample() {
   local into=$1
   shift
   "$measured" "$@" 2>>"$into" >/dev/null
-  # The copies are not kept: the page cache holds the inputs, not them.
-  rm -f "$work/copy" "$work/out.fq"
+  # vsearch's output is not kept. The floors' copies are: each floor replaces
+  # a copy of the same size, as each Pelkrin run replaces its output of the
+  # run before (a file written anew would take pages from memory the system
+  # handed back, which on some virtual machines costs a second a gigabyte).
+  rm -f "$work/out.fq"
 }
 
 # median wall, user, sys and largest peak (MB, 10^6 bytes) of a samples file
@@ -101,15 +104,15 @@ for reads in $sizes; do
     settle "$pair.sff" "$pair.ace"
     sample "$into/pelkrin" "$pelkrin" "$plain.ace" "$pair.sff"
     settle "$pair.sff" "$pair.ace" "$plain.reads"
-    sample "$into/floor" sh -c "cat '$pair.sff' '$pair.ace' > /dev/null; cat '$plain.reads' > '$work/copy'"
+    sample "$into/floor" sh -c "cat '$pair.sff' '$pair.ace' > /dev/null; cat '$plain.reads' > '$work/copy.plain'"
     settle "$pair.sff" "$pair.ace"
     sample "$into/pelkrin-f" "$pelkrin" -f "$flows.ace" "$pair.sff"
     settle "$pair.sff" "$pair.ace" "$flows.reads"
-    sample "$into/floor-f" sh -c "cat '$pair.sff' '$pair.ace' > /dev/null; cat '$flows.reads' > '$work/copy'"
+    sample "$into/floor-f" sh -c "cat '$pair.sff' '$pair.ace' > /dev/null; cat '$flows.reads' > '$work/copy.flows'"
     settle "$pair.sff"
     sample "$into/vsearch" vsearch --sff_convert "$pair.sff" --sff_clip --fastqout "$work/out.fq" --quiet
   done
-  rm -f "$work/copy" "$work/out.fq"
+  rm -f "$work/copy.plain" "$work/copy.flows"
 
   read -r wall user sys peak < <(summary "$samples/pelkrin")
   read -r fwall fuser fsys _ < <(summary "$samples/floor")
