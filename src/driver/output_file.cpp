@@ -138,4 +138,16 @@ bool output_file::finish() {
     return !write_failed_;
 }
 
+void output_file::discard() {
+    if (finished_) return;
+    finished_ = true;
+    if (file_ == nullptr) return;
+    std::fclose(file_);
+    file_ = nullptr;
+    if (!temp_path_.empty()) {
+        ::unlink(temp_path_.c_str());
+        unregister_temporary_file(temp_path_);
+    }
+}
+
 }  // namespace pelkrin

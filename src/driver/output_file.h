@@ -46,6 +46,9 @@ public:
     // Writes what is buffered, closes the file and puts it in place of its name.
     // False when any write, the close or the renaming failed. Once only.
     bool finish();
+    // Closes the file and removes what was written instead of putting it in
+    // place: the file of the name stays as it was. Once only, instead of finish().
+    void discard();
 
 protected:
     void hand_on(std::vector<char>& bytes, std::size_t used) override;

@@ -1,0 +1,401 @@
+#include "prep/ace_layout.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "ace/line_scanner.h"
+#include "common/fatal_error.h"
+#include "prep/ace_lines.h"
+#include "prep/base_segments.h"
+#include "prep/progress.h"
+
+namespace pelkrin::prep {
+namespace {
+
+std::string first_word(std::string_view text) {
+    std::string word;
+    line_scanner(text).word(word);
+    return word;
+}
+
+bool opens_brace(const std::string& word) { return word.find('{') != std::string::npos; }
+
+// One read of a contig as its AF line and RD record place it.
+struct placed {
+    std::string name;
+    char direction = 0;
+    std::int32_t pos = 0;
+    std::int16_t len = 0;
+    std::string seq;
+    std::uint64_t padded_length = 0;
+    std::int16_t align_start = 0;
+    std::int16_t align_end = 0;
+    bool has_rd = false;
+};
+
+// The words of a CO line with its read count, and its segment count when
+// given, replaced.
+std::string co_line(std::string_view text, std::size_t reads, std::int64_t segments) {
+    std::vector<std::string> words;
+    line_scanner scan(text);
+    for (std::string w; scan.word(w);) words.push_back(w);
+    while (words.size() < 6) words.push_back(words.size() == 5 ? "U" : "0");
+    words[3] = std::to_string(reads);
+    if (segments >= 0) words[4] = std::to_string(segments);
+    std::string line;
+    for (const std::string& w : words) line.append(line.empty() ? "" : " ").append(w);
+    return line + "\n";
+}
+
+class parser {
+public:
+    parser(std::span<const std::uint8_t> bytes, const std::string& name, const ace_options& options)
+        : lines_(bytes), name_(name), options_(options) {}
+
+    ace_findings run() {
+        read_as_line();
+        ace_line l;
+        while (!stop_ && peek(l)) {
+            if (l.text.empty()) {
+                take(l);
+                continue;
+            }
+            const std::string word = first_word(l.text);
+            take(l);
+            if (word == "CO") {
+                contig_at(l);
+            } else if (opens_brace(word)) {
+                brace();
+            } else {
+                // Pelkrin's reader stops at any other record outside a contig.
+                f_.stray.see(l.number);
+                edit(l.number, ace_edit::drop);
+            }
+        }
+        if (!stop_ && (f_.as_counts_wrong() || dropped_)) {
+            edit(f_.as_line, ace_edit::replace,
+                 "AS " + std::to_string(f_.contigs) + " " + std::to_string(f_.reads) + "\n");
+        }
+        std::stable_sort(f_.edits.begin(), f_.edits.end(), [](const ace_edit& a, const ace_edit& b) {
+            if (a.line != b.line) return a.line < b.line;
+            return (a.what == ace_edit::insert_before) > (b.what == ace_edit::insert_before);
+        });
+        if (options_.shown != nullptr) options_.shown->finish();
+        return std::move(f_);
+    }
+
+private:
+    ace_lines lines_;
+    const std::string& name_;
+    const ace_options& options_;
+    ace_findings f_;
+    bool stop_ = false;
+    bool dropped_ = false;
+
+    bool peek(ace_line& l) { return lines_.peek(l); }
+    bool take(ace_line& l) {
+        if (!lines_.next(l)) return false;
+        if (l.had_cr) f_.cr_lf.see(l.number);
+        if (l.was_white) f_.white_lines.see(l.number);
+        f_.lines = l.number;
+        if (options_.shown != nullptr && (l.number & 4095) == 0) options_.shown->at(lines_.offset());
+        return true;
+    }
+    void edit(std::uint64_t line, ace_edit::kind what, std::string text = {}) {
+        f_.edits.push_back(ace_edit{line, what, std::move(text)});
+    }
+
+    void read_as_line() {
+        ace_line l;
+        while (take(l)) {
+            if (l.text.empty()) continue;
+            line_scanner scan(l.text);
+            std::string word;
+            scan.word(word);
+            if (word != "AS") break;
+            f_.as_line = l.number;
+            std::int32_t n = 0;
+            if (scan.number(n)) f_.as_contigs = n;
+            if (scan.number(n)) f_.as_reads = n;
+            return;
+        }
+        throw fatal_error(1, std::string("Pelkrin-prep: ").append(name_).append(": line ")
+                                 .append(std::to_string(f_.lines == 0 ? 1 : f_.lines))
+                                 .append(": not an ACE file: it does not begin with an AS line\n"));
+    }
+
+    // The lines up to the next empty one, which is taken too; false when the
+    // file ended first. `text` gathers them, `length` counts their characters.
+    bool block(std::string* text, std::uint64_t* length) {
+        ace_line l;
+        while (take(l)) {
+            if (l.text.empty()) return true;
+            if (text != nullptr) text->append(l.text);
+            if (length != nullptr) *length += l.text.size();
+        }
+        return false;
+    }
+
+    // The rest of a brace block; false when the file ended before its "}".
+    bool brace() {
+        ace_line l;
+        while (take(l)) {
+            if (!l.text.empty() && l.text.front() == '}') return true;
+        }
+        return false;
+    }
+
+    void cut(const std::string& contig_name, std::uint64_t co_line_number) {
+        ace_line l;
+        while (take(l)) {
+        }
+        f_.cut_off = true;
+        f_.cut_contig = contig_name;
+        f_.cut_line = co_line_number;
+        f_.cut_at_line = f_.lines;
+        if (options_.keep_complete) {
+            edit(co_line_number, ace_edit::drop_rest);
+            dropped_ = true;
+        }
+        stop_ = true;
+    }
+
+    void malformed(std::uint64_t line, const std::string& contig_name, const std::string& what) {
+        f_.malformed = "contig " + contig_name + ": " + what;
+        f_.malformed_line = line;
+        stop_ = true;
+    }
+
+    void contig_at(const ace_line& co) {
+        line_scanner scan(co.text);
+        std::string tag;
+        scan.word(tag);
+        contig c;
+        scan.word(c.name);
+        std::int32_t announced_reads = 0;
+        scan.number(c.base_num);
+        scan.number(announced_reads);
+        scan.number(c.seg_num);
+        char direction = 0;
+        if (scan.character(direction) && direction == 'U') c.uncomplemented = 1;
+
+        std::string consensus;
+        std::uint64_t consensus_length = 0;
+        if (!block(options_.sequences ? &consensus : nullptr, &consensus_length)) return cut(c.name, co.number);
+
+        enum { after_co, after_bq, in_af, in_bs, in_rd } stage = after_co;
+        std::vector<placed> reads;
+        std::unordered_map<std::string, std::size_t> by_name;
+        std::vector<std::uint64_t> blanks;  // empty lines since the last AF or BS line
+        std::uint64_t last_af_line = 0;
+        bool af_interrupted = false;
+        bool bs_open = false;  // BS lines came, and no empty line after them yet
+        bool make_segments = false;
+        std::size_t rd_records = 0;
+        ace_line l;
+        while (!stop_ && peek(l)) {
+            if (l.text.empty()) {
+                take(l);
+                if (stage == in_af || stage == in_bs) blanks.push_back(l.number);
+                bs_open = false;
+                continue;
+            }
+            const std::string word = first_word(l.text);
+            if (word == "CO") break;
+            if (bs_open && word != "BS") {
+                // Pelkrin's reader takes the BS lines up to an empty line.
+                f_.blank_after_bs.see(l.number, c.name);
+                edit(l.number, ace_edit::insert_before, "\n");
+                bs_open = false;
+            }
+            take(l);
+            if (opens_brace(word)) {
+                if (stage == in_af) af_interrupted = true;
+                if (!brace()) return cut(c.name, co.number);
+                continue;
+            }
+            if (word == "BQ") {
+                if (stage != after_co) return malformed(l.number, c.name, "a BQ record after the AF lines");
+                stage = after_bq;
+                if (!block(nullptr, nullptr)) return cut(c.name, co.number);
+                continue;
+            }
+            if (word == "AF") {
+                if (stage == in_bs || stage == in_rd)
+                    return malformed(l.number, c.name, "an AF line after the BS or RD records");
+                if (stage == after_co) {
+                    f_.no_base_qualities.see(l.number, c.name);
+                    edit(l.number, ace_edit::insert_before, "BQ\n\n");
+                }
+                if (stage == in_af && af_interrupted)
+                    return malformed(l.number, c.name, "AF lines apart, with other records between them");
+                join_lines(blanks, f_.split_af, c.name);
+                stage = in_af;
+                last_af_line = l.number;
+                line_scanner af(l.text);
+                placed p;
+                af.word(tag);
+                af.word(p.name);
+                af.character(p.direction);
+                af.number(p.pos);
+                if (!by_name.emplace(p.name, reads.size()).second)
+                    return malformed(l.number, c.name, "a second AF line for read " + p.name);
+                reads.push_back(std::move(p));
+                continue;
+            }
+            if (word == "BS") {
+                if (stage != in_af && stage != in_bs)
+                    return malformed(l.number, c.name, "a BS line out of place (before the AF lines or among the RD records)");
+                join_lines(blanks, f_.blank_after_bs, c.name);
+                stage = in_bs;
+                bs_open = true;
+                continue;
+            }
+            if (word == "RD") {
+                if (stage == after_co || stage == after_bq)
+                    return malformed(l.number, c.name, "an RD record before the AF lines");
+                if (stage == in_af) {
+                    f_.no_base_segments.see(l.number, c.name);
+                    make_segments = true;
+                }
+                stage = in_rd;
+                blanks.clear();
+                if (!rd_record(l, c.name, co.number, reads, by_name)) return;
+                ++rd_records;
+                continue;
+            }
+            // Pelkrin's reader passes over other lines between two RD records,
+            // and stops at them anywhere else.
+            if (stage == in_rd && rd_records < reads.size()) continue;
+            f_.stray.see(l.number, c.name);
+            edit(l.number, ace_edit::drop);
+        }
+        if (stop_) return;
+        const bool at_end = !peek(l);
+        if (reads.empty() || rd_records < reads.size()) {
+            if (at_end) return cut(c.name, co.number);
+            return malformed(co.number, c.name,
+                             std::to_string(reads.size()) + " AF lines but " + std::to_string(rd_records) +
+                                 " RD records");
+        }
+        finish_contig(c, co, announced_reads, consensus, consensus_length, reads, make_segments, last_af_line);
+    }
+
+    // Empty lines between lines that Pelkrin's reader wants in a row are dropped.
+    void join_lines(std::vector<std::uint64_t>& blanks, ace_sign& sign, const std::string& contig_name) {
+        for (std::uint64_t b : blanks) {
+            sign.see(b, contig_name);
+            edit(b, ace_edit::drop);
+        }
+        blanks.clear();
+    }
+
+    // An RD record from its RD line to its DS line; false when the reading
+    // stopped (the file ended, or the record makes no sense).
+    bool rd_record(const ace_line& rd, const std::string& contig_name, std::uint64_t co_number, std::vector<placed>& reads,
+                   std::unordered_map<std::string, std::size_t>& by_name) {
+        line_scanner scan(rd.text);
+        std::string tag;
+        std::string read_name;
+        scan.word(tag);
+        scan.word(read_name);
+        const auto found = by_name.find(read_name);
+        if (found == by_name.end()) {
+            malformed(rd.number, contig_name, "RD record of read " + read_name + ", which has no AF line");
+            return false;
+        }
+        placed& p = reads[found->second];
+        if (p.has_rd) {
+            malformed(rd.number, contig_name, "a second RD record of read " + read_name);
+            return false;
+        }
+        p.has_rd = true;
+        scan.number(p.len);
+        if (!block(options_.sequences ? &p.seq : nullptr, &p.padded_length)) {
+            cut(contig_name, co_number);
+            return false;
+        }
+        ace_line l;
+        do {
+            if (!take(l)) {
+                cut(contig_name, co_number);
+                return false;
+            }
+        } while (l.text.empty());
+        if (first_word(l.text) != "QA") {
+            malformed(l.number, contig_name, "read " + read_name + " has no QA line after its bases");
+            return false;
+        }
+        line_scanner qa(l.text);
+        std::int32_t dropped = 0;
+        qa.word(tag);
+        qa.number(dropped);
+        qa.number(dropped);
+        qa.number(p.align_start);
+        qa.number(p.align_end);
+        const std::uint64_t qa_line = l.number;
+
+        std::vector<std::uint64_t> blanks;
+        while (peek(l) && l.text.empty()) {
+            take(l);
+            blanks.push_back(l.number);
+        }
+        if (peek(l) && first_word(l.text) == "DS") {
+            if (!blanks.empty()) {
+                f_.blank_before_ds.see(blanks.front(), contig_name);
+                for (std::uint64_t b : blanks) edit(b, ace_edit::drop);
+            }
+            take(l);
+        } else {
+            f_.no_ds.see(qa_line, contig_name);
+            edit(qa_line + 1, ace_edit::insert_before, "DS\n");
+        }
+        return true;
+    }
+
+    void finish_contig(contig& c, const ace_line& co, std::int32_t announced_reads, std::string& consensus,
+                       std::uint64_t consensus_length, std::vector<placed>& reads, bool make_segments,
+                       std::uint64_t last_af_line) {
+        std::int64_t segments = -1;
+        if (make_segments) {
+            std::vector<placed_read> spans;
+            spans.reserve(reads.size());
+            for (const placed& p : reads) {
+                const std::int64_t length = p.len > 0 ? p.len : static_cast<std::int64_t>(p.padded_length);
+                spans.push_back({p.name, p.pos, p.pos + std::max<std::int64_t>(length, 1) - 1});
+            }
+            const auto cover = cover_consensus(static_cast<std::int64_t>(consensus_length), std::move(spans));
+            edit(last_af_line + 1, ace_edit::insert_before, base_segment_lines(cover) + "\n");
+            segments = static_cast<std::int64_t>(cover.size());
+            c.seg_num = static_cast<std::int32_t>(cover.size());
+        }
+        if (announced_reads != static_cast<std::int64_t>(reads.size())) f_.read_counts.see(co.number, c.name);
+        if (make_segments || announced_reads != static_cast<std::int64_t>(reads.size()))
+            edit(co.number, ace_edit::replace, co_line(co.text, reads.size(), segments));
+        ++f_.contigs;
+        f_.reads += reads.size();
+        if (!options_.each_contig) return;
+        c.read_num = static_cast<std::int32_t>(reads.size());
+        c.consensus.assign(consensus.begin(), consensus.end());
+        for (placed& p : reads) {
+            READ r;
+            r.name = p.name;
+            r.pos = p.pos;
+            r.len = p.len;
+            r.seq.assign(p.seq.begin(), p.seq.end());
+            r.uncomplemented = p.direction == 'C' ? 0 : 1;
+            r.align_start = p.align_start;
+            r.align_end = p.align_end;
+            c.reads.insert_or_assign(std::move(p.name), std::move(r));
+        }
+        options_.each_contig(c);
+    }
+};
+
+}  // namespace
+
+ace_findings read_ace(std::span<const std::uint8_t> bytes, const std::string& name, const ace_options& options) {
+    return parser(bytes, name, options).run();
+}
+
+}  // namespace pelkrin::prep
