@@ -30,7 +30,6 @@ struct placed {
     std::uint64_t padded_length = 0;
     std::int16_t align_start = 0;
     std::int16_t align_end = 0;
-    bool has_rd = false;
 };
 
 // The words of a CO line with its read count, and its segment count when
@@ -238,15 +237,17 @@ private:
                 af.word(p.name);
                 af.character(p.direction);
                 af.number(p.pos);
-                if (!by_name.emplace(p.name, reads.size()).second)
-                    return malformed(l.number, c.name, "a second AF line for read " + p.name);
+                // As in Pelkrin's reader, a later AF line of a name replaces the earlier.
+                by_name.insert_or_assign(p.name, reads.size());
                 reads.push_back(std::move(p));
                 continue;
             }
             if (word == "BS") {
                 if (stage != in_af && stage != in_bs)
                     return malformed(l.number, c.name, "a BS line out of place (before the AF lines or among the RD records)");
-                join_lines(blanks, f_.blank_after_bs, c.name);
+                // Empty lines before the first BS line are passed over; between two they end the block.
+                if (stage == in_bs) join_lines(blanks, f_.blank_after_bs, c.name);
+                blanks.clear();
                 stage = in_bs;
                 bs_open = true;
                 continue;
@@ -304,12 +305,10 @@ private:
             malformed(rd.number, contig_name, "RD record of read " + read_name + ", which has no AF line");
             return false;
         }
+        // A second RD record of a name replaces the first, as in Pelkrin's reader.
         placed& p = reads[found->second];
-        if (p.has_rd) {
-            malformed(rd.number, contig_name, "a second RD record of read " + read_name);
-            return false;
-        }
-        p.has_rd = true;
+        p.seq.clear();
+        p.padded_length = 0;
         scan.number(p.len);
         if (!block(options_.sequences ? &p.seq : nullptr, &p.padded_length)) {
             cut(contig_name, co_number);
@@ -347,8 +346,11 @@ private:
             }
             take(l);
         } else {
-            f_.no_ds.see(qa_line, contig_name);
+            // Pelkrin's reader passes over the line after the QA line: harmless when empty.
+            const bool harmless = !blanks.empty() || !peek(l);
+            (harmless ? f_.no_ds_harmless : f_.no_ds).see(qa_line, contig_name);
             edit(qa_line + 1, ace_edit::insert_before, "DS\n");
+            f_.edits.back().needed = !harmless;
         }
         return true;
     }

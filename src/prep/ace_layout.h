@@ -22,6 +22,9 @@ struct ace_edit {
     std::uint64_t line = 0;  // 1-based; one past the last line inserts at the end
     kind what = insert_before;
     std::string text;  // inserted or replacing lines, each ended by a line feed
+    // False for an edit Pelkrin's reader does not need (a DS line where the
+    // line after the QA line, which it passes over, is empty anyway).
+    bool needed = true;
 };
 
 // A departure from Pelkrin's layout: where it was first seen and how often.
@@ -54,7 +57,8 @@ struct ace_findings {
     ace_sign blank_before_ds;    // blank lines between QA and DS (MIRA)
     ace_sign no_base_segments;   // contigs without BS records (CAP3)
     ace_sign no_base_qualities;  // contigs without a BQ record
-    ace_sign no_ds;              // reads without a DS line
+    ace_sign no_ds;              // reads without a DS line, followed by a line Pelkrin's reader would miss
+    ace_sign no_ds_harmless;     // reads without a DS line, followed by an empty line or the end
     ace_sign split_af;           // blank lines between a contig's AF lines
     ace_sign stray;              // lines Pelkrin's reader would stop at, dropped
     ace_sign read_counts;        // CO lines whose read count is not the AF lines'
@@ -71,6 +75,14 @@ struct ace_findings {
     std::uint64_t malformed_line = 0;
 
     std::vector<ace_edit> edits;  // in line order
+
+    // Pelkrin's reader reads the file as the lenient reading does.
+    bool pelkrin_reads_alike() const {
+        if (cr_lf.seen() || white_lines.seen() || cut_off || !malformed.empty() || contigs == 0) return false;
+        for (const ace_edit& e : edits)
+            if (e.needed) return false;
+        return true;
+    }
 
     bool as_counts_wrong() const {
         return as_contigs != static_cast<std::int64_t>(contigs) || as_reads != static_cast<std::int64_t>(reads);

@@ -165,7 +165,8 @@ int run_check(const std::string& ace_name, const std::vector<std::string>& sff_n
         std::vector<std::string> dialect;
         if (f.blank_before_ds.seen()) dialect.push_back("MIRA");
         if (f.no_base_segments.seen()) dialect.push_back("CAP3");
-        if (dialect.empty()) dialect.push_back(f.edits.empty() ? "the layout Pelkrin reads" : "near the layout Pelkrin reads");
+        if (dialect.empty())
+            dialect.push_back(f.pelkrin_reads_alike() ? "the layout Pelkrin reads" : "near the layout Pelkrin reads");
         if (f.cr_lf.seen()) dialect.push_back("CR LF line ends");
         if (f.white_lines.seen()) dialect.push_back("lines of white space only");
         if (f.cut_off) dialect.push_back("cut off inside a contig");
@@ -182,6 +183,9 @@ int run_check(const std::string& ace_name, const std::vector<std::string>& sff_n
         sign_line(out, f.no_base_segments, "a contig without BS records (CAP3's layout)", problems);
         sign_line(out, f.no_base_qualities, "a contig without a BQ record", problems);
         sign_line(out, f.no_ds, "a read without a DS line", problems);
+        if (f.no_ds_harmless.seen())
+            out << "  note: line " << f.no_ds_harmless.first_line << ": " << f.no_ds_harmless.count
+                << " read(s) without a DS line, harmless to Pelkrin (an empty line follows)\n";
         sign_line(out, f.split_af, "an empty line among a contig's AF lines", problems);
         sign_line(out, f.blank_after_bs, "BS lines not ended by an empty line", problems);
         sign_line(out, f.read_counts, "a CO line whose read count is not its number of AF lines", problems);
@@ -207,7 +211,7 @@ int run_check(const std::string& ace_name, const std::vector<std::string>& sff_n
             problems = true;
             out << "  problem: no complete contig\n";
         }
-        ace_ready = !problems && f.edits.empty();
+        ace_ready = !problems && f.pelkrin_reads_alike();
     } catch (const fatal_error& e) {
         out << "  problem: " << problem_text(e) << "\n";
         ace_ready = false;
