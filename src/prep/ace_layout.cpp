@@ -71,7 +71,7 @@ public:
                 edit(l.number, ace_edit::drop);
             }
         }
-        if (!stop_ && (f_.as_counts_wrong() || dropped_)) {
+        if (f_.malformed.empty() && (f_.as_counts_wrong() || dropped_)) {
             edit(f_.as_line, ace_edit::replace,
                  "AS " + std::to_string(f_.contigs) + " " + std::to_string(f_.reads) + "\n");
         }
