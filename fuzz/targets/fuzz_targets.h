@@ -17,5 +17,11 @@ void whole_run(const std::uint8_t* data, std::size_t size);
 // The contig views: every contig of arbitrary ACE bytes, then every operation
 // and renderer over several spans.
 void contig_views(const std::uint8_t* data, std::size_t size);
+// Pelkrin-prep's lenient ACE reading and repair (gzip input included): a file
+// it repairs must read in Pelkrin's reader exactly as the lenient reading read it.
+void prep_ace(const std::uint8_t* data, std::size_t size);
+// Pelkrin-prep's SFF walk and merge of one file: the merged file holds every
+// read the plan counts, whole, for Pelkrin's reader.
+void prep_sff(const std::uint8_t* data, std::size_t size);
 
 }  // namespace pelkrin::fuzz
