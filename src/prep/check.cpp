@@ -11,6 +11,7 @@
 #include "prep/input_file.h"
 #include "prep/progress.h"
 #include "prep/sff_layout.h"
+#include "prep/sff_merge.h"
 
 namespace pelkrin::prep {
 namespace {
@@ -130,6 +131,22 @@ int run_check(const std::string& ace_name, const std::vector<std::string>& sff_n
     }
     if (sff_names.size() > 1) {
         sff_report << "SFF files: " << sff_names.size() << "; Pelkrin reads one, so they need merging\n";
+    }
+    // Several SFF files, or several in one file: whether they can be merged.
+    std::vector<sff_input> parts;
+    std::size_t part_count = 0;
+    for (std::size_t i = 0; i < sffs.size(); ++i) {
+        if (!sffs[i].read) continue;
+        parts.push_back(sff_input{sff_names[i], sffs[i].input->bytes(), sffs[i].layout});
+        part_count += sffs[i].layout.parts.size();
+    }
+    if (part_count > 1) {
+        try {
+            plan_merge(parts);
+        } catch (const fatal_error& e) {
+            sff_report << "  problem: they cannot be merged: " << problem_text(e) << "\n";
+            sff_ready = false;
+        }
     }
 
     // The ACE file, each complete contig's reads checked against the SFF records.

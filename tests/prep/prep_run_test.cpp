@@ -284,6 +284,9 @@ TEST(PrepRefusals, DifferentKeysOrFlowCharactersNameBothFiles) {
     r = run_prep({"sff", "m.sff", "flows.sff", "a.sff"}, dir);
     EXPECT_EQ(r.status, 1);
     EXPECT_TRUE(has(r.err, "flows.sff and a.sff have different flow characters")) << r.err;
+    r = run_prep({"check", "x.ace", "a.sff", "key.sff"}, dir);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_TRUE(has(r.out, "problem: they cannot be merged: key.sff and a.sff have different keys")) << r.out;
     // Nothing written, not even a temporary file.
     EXPECT_FALSE(fs::exists(dir / "m.sff"));
     std::size_t files = 0;
