@@ -57,7 +57,7 @@ pair() {
     "$(awk "BEGIN { printf \"%.2f\", $ma / $mb }")"
 }
 
-echo "$reads reads, $(du -m "$prefix.sff" | cut -f1) MB SFF file, $(du -m "$prefix.ace" | cut -f1) MB ACE file; medians of $runs runs"
+echo "$reads reads, $(du -mL "$prefix.sff" | cut -f1) MB SFF file, $(du -mL "$prefix.ace" | cut -f1) MB ACE file; medians of $runs runs"
 pair "Pelkrin-prep sff OUT IN" "cat IN > OUT" -- "$prep" sff "$work/merged.sff" "$prefix.sff" -- \
   sh -c "cat '$prefix.sff' > '$work/copy.sff'"
 pair "Pelkrin-prep check ACE SFF" "Pelkrin ACE SFF" -- "$prep" check "$prefix.ace" "$prefix.sff" -- \

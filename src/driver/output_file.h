@@ -43,6 +43,12 @@ public:
     // Writes `n` bytes that another text_buffer handed on, as this file's own
     // buffer going to the file would be (this one's buffer must be empty).
     void write_handed(const char* bytes, std::size_t n);
+    // Writes what is buffered, then `n` bytes straight from `bytes`: for large
+    // pieces that are in memory already, which copying into the buffer would only slow.
+    void write_through(const char* bytes, std::size_t n) {
+        flush();
+        write_handed(bytes, n);
+    }
     // Writes what is buffered, closes the file and puts it in place of its name.
     // False when any write, the close or the renaming failed. Once only.
     bool finish();

@@ -101,7 +101,7 @@ int sff_command(const std::vector<std::string>& args, std::ostream& err) {
     auto out = open_output(out_name);
     progress shown(err, "writing " + out_name, total, progress::shown_for(total));
     try {
-        write_merge(inputs, plan, *out, report_progress, &shown);
+        write_merge(inputs, plan, *out, out.get(), report_progress, &shown);
     } catch (...) {
         out->discard();
         throw;

@@ -95,9 +95,11 @@ public:
                 pos = index_end;
             }
             if (shown_ != nullptr) shown_->at(pos);
-            const std::string which = "read " + std::to_string(i + 1) + " of " + std::to_string(part.announced_reads);
+            const auto which = [&] {
+                return "read " + std::to_string(i + 1) + " of " + std::to_string(part.announced_reads);
+            };
             if (pos + sff_read::header_size > bytes_.size())
-                return stop(out, pos, "the file ends inside the header of " + which);
+                return stop(out, pos, "the file ends inside the header of " + which());
             const fields f{bytes_.data() + pos, part.big_endian};
             sff_record r;
             r.offset = pos;
@@ -106,14 +108,14 @@ public:
             r.name_length = f.u16(2);
             r.number_of_bases = f.u32(4);
             if (r.read_header_length < sff_read::header_size + r.name_length)
-                return stop(out, pos, "the header length " + std::to_string(r.read_header_length) + " of " + which +
+                return stop(out, pos, "the header length " + std::to_string(r.read_header_length) + " of " + which() +
                                           " is too short for its name of " + std::to_string(r.name_length) +
                                           " bytes");
             r.data_offset = pos + sff_read::header_size + r.name_length + header_padding(r.read_header_length, r.name_length);
             const std::uint64_t data_length = std::uint64_t{part.flows} * 2 + 3 * std::uint64_t{r.number_of_bases};
             const std::uint64_t data_end = r.data_offset + data_length;
             if (data_end > bytes_.size())
-                return stop(out, pos, "the file ends inside " + which + " (" +
+                return stop(out, pos, "the file ends inside " + which() + " (" +
                                           std::to_string(r.number_of_bases) + " bases)");
             const std::uint64_t padded = data_end + data_padding(data_length);
             r.length = std::min<std::uint64_t>(padded, bytes_.size()) - pos;

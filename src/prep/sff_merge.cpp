@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "common/fatal_error.h"
+#include "driver/output_file.h"
 #include "driver/text_buffer.h"
 #include "sff/byte_order.h"
 #include "sff/record_decode.h"
@@ -140,7 +141,7 @@ merge_plan plan_merge(const std::vector<sff_input>& inputs) {
 }
 
 void write_merge(const std::vector<sff_input>& inputs, const merge_plan& plan, text_buffer& out,
-                 void (*done)(void*, std::uint64_t), void* context) {
+                 output_file* direct, void (*done)(void*, std::uint64_t), void* context) {
     std::string header;
     header.append(".sff");
     header.append(reinterpret_cast<const char*>(plan.version), 4);
@@ -165,6 +166,19 @@ void write_merge(const std::vector<sff_input>& inputs, const merge_plan& plan, t
         const auto text = [&](std::uint64_t at, std::uint64_t n) {
             return std::string_view(reinterpret_cast<const char*>(in.bytes.data() + at), n);
         };
+        // Records that go out as they are, one after the other in the input: written at once.
+        std::uint64_t run_start = 0;
+        std::uint64_t run_end = 0;
+        const auto end_run = [&] {
+            if (run_end == run_start) return;
+            constexpr std::uint64_t piece = std::uint64_t{64} << 20;
+            for (std::uint64_t at = run_start; at < run_end; at += piece) {
+                const std::uint64_t n = std::min(piece, run_end - at);
+                if (direct != nullptr) direct->write_through(reinterpret_cast<const char*>(in.bytes.data() + at), n);
+                else out.write(text(at, n));
+            }
+            run_start = run_end = 0;
+        };
         for (std::size_t r = 0; r < in.layout.records.size(); ++r) {
             const sff_record& rec = in.layout.records[r];
             if (done != nullptr && (r & 1023) == 0) done(context, handled + rec.offset);
@@ -172,6 +186,18 @@ void write_merge(const std::vector<sff_input>& inputs, const merge_plan& plan, t
             const sff_part& part = in.layout.parts[rec.part];
             const std::uint64_t bases = rec.number_of_bases;
             const std::uint64_t flow_bytes = std::uint64_t{part.flows} * 2;
+            const std::uint64_t data = flow_bytes + 3 * bases;
+            const std::uint64_t whole = rec.data_offset + data + data_padding(data) - rec.offset;
+            if (part.big_endian && part.flows == plan.flows && rec.length == whole) {
+                // The record and its padding, byte for byte.
+                if (run_end != rec.offset) {
+                    end_run();
+                    run_start = rec.offset;
+                }
+                run_end = rec.offset + whole;
+                continue;
+            }
+            end_run();
             if (part.big_endian) {
                 // The read header, name, padding and flowgram as they are.
                 out.write(text(rec.offset, rec.data_offset + flow_bytes - rec.offset));
@@ -191,9 +217,10 @@ void write_merge(const std::vector<sff_input>& inputs, const merge_plan& plan, t
             // Flows this file's reads lack are zero.
             out.write(std::string_view(zeros.data(), (std::size_t{plan.flows} - part.flows) * 2));
             out.write(text(rec.data_offset + flow_bytes, 3 * bases));
-            const std::uint64_t data = std::uint64_t{plan.flows} * 2 + 3 * bases;
-            out.write(std::string_view(zeros.data(), data_padding(data)));
+            const std::uint64_t written = std::uint64_t{plan.flows} * 2 + 3 * bases;
+            out.write(std::string_view(zeros.data(), data_padding(written)));
         }
+        end_run();
         handled += in.bytes.size();
     }
     if (done != nullptr) done(context, handled);

@@ -10,6 +10,7 @@
 #include "prep/sff_layout.h"
 
 namespace pelkrin {
+class output_file;
 class text_buffer;
 }
 
@@ -43,8 +44,11 @@ struct merge_plan {
 // or damaged, flow characters or keys that differ.
 merge_plan plan_merge(const std::vector<sff_input>& inputs);
 
-// Writes the merged file. `done` is called with the input bytes handled so far.
+// Writes the merged file to `out`. When `direct` is given (it must be `out`
+// itself), runs of records that need no change go from the input's bytes
+// straight to the file. `done` is called with the input bytes handled so far.
 void write_merge(const std::vector<sff_input>& inputs, const merge_plan& plan, text_buffer& out,
-                 void (*done)(void*, std::uint64_t) = nullptr, void* context = nullptr);
+                 output_file* direct = nullptr, void (*done)(void*, std::uint64_t) = nullptr,
+                 void* context = nullptr);
 
 }  // namespace pelkrin::prep
