@@ -32,18 +32,12 @@ struct placed {
     std::int16_t align_end = 0;
 };
 
-// The words of a CO line with its read count, and its segment count when
-// given, replaced.
-std::string co_line(std::string_view text, std::size_t reads, std::int64_t segments) {
-    std::vector<std::string> words;
-    line_scanner scan(text);
-    for (std::string w; scan.word(w);) words.push_back(w);
-    while (words.size() < 6) words.push_back(words.size() == 5 ? "U" : "0");
-    words[3] = std::to_string(reads);
-    if (segments >= 0) words[4] = std::to_string(segments);
-    std::string line;
-    for (const std::string& w : words) line.append(line.empty() ? "" : " ").append(w);
-    return line + "\n";
+// A CO line that Pelkrin's reader reads as the lenient reading read the
+// original, with the read count (and the segment count) of the contig as found.
+std::string co_line(const contig& c, std::size_t reads) {
+    return std::string("CO ").append(c.name).append(" ").append(std::to_string(c.base_num)).append(" ")
+        .append(std::to_string(reads)).append(" ").append(std::to_string(c.seg_num))
+        .append(c.uncomplemented == 1 ? " U\n" : " C\n");
 }
 
 class parser {
@@ -178,6 +172,7 @@ private:
         char direction = 0;
         if (scan.character(direction) && direction == 'U') c.uncomplemented = 1;
 
+        if (c.name.empty()) return malformed(co.number, "(no name)", "a CO line without a contig name");
         std::string consensus;
         std::uint64_t consensus_length = 0;
         if (!block(options_.sequences ? &consensus : nullptr, &consensus_length)) return cut(c.name, co.number);
@@ -208,6 +203,9 @@ private:
                 bs_open = false;
             }
             take(l);
+            // Between two RD records Pelkrin's reader looks for the next RD line
+            // only, tag blocks or not: so does this reading.
+            if (stage == in_rd && rd_records < reads.size() && word != "RD") continue;
             if (opens_brace(word)) {
                 if (stage == in_af) af_interrupted = true;
                 if (!brace()) return cut(c.name, co.number);
@@ -259,15 +257,17 @@ private:
                     f_.no_base_segments.see(l.number, c.name);
                     make_segments = true;
                 }
+                // Pelkrin's reader takes as many RD records as there are AF lines.
+                if (rd_records == reads.size())
+                    return malformed(l.number, c.name,
+                                     "more RD records than its " + std::to_string(reads.size()) + " AF lines");
                 stage = in_rd;
                 blanks.clear();
                 if (!rd_record(l, c.name, co.number, reads, by_name)) return;
                 ++rd_records;
                 continue;
             }
-            // Pelkrin's reader passes over other lines between two RD records,
-            // and stops at them anywhere else.
-            if (stage == in_rd && rd_records < reads.size()) continue;
+            // Pelkrin's reader stops at any other record.
             f_.stray.see(l.number, c.name);
             edit(l.number, ace_edit::drop);
         }
@@ -358,7 +358,6 @@ private:
     void finish_contig(contig& c, const ace_line& co, std::int32_t announced_reads, std::string& consensus,
                        std::uint64_t consensus_length, std::vector<placed>& reads, bool make_segments,
                        std::uint64_t last_af_line) {
-        std::int64_t segments = -1;
         if (make_segments) {
             std::vector<placed_read> spans;
             spans.reserve(reads.size());
@@ -368,12 +367,11 @@ private:
             }
             const auto cover = cover_consensus(static_cast<std::int64_t>(consensus_length), std::move(spans));
             edit(last_af_line + 1, ace_edit::insert_before, base_segment_lines(cover) + "\n");
-            segments = static_cast<std::int64_t>(cover.size());
             c.seg_num = static_cast<std::int32_t>(cover.size());
         }
         if (announced_reads != static_cast<std::int64_t>(reads.size())) f_.read_counts.see(co.number, c.name);
         if (make_segments || announced_reads != static_cast<std::int64_t>(reads.size()))
-            edit(co.number, ace_edit::replace, co_line(co.text, reads.size(), segments));
+            edit(co.number, ace_edit::replace, co_line(c, reads.size()));
         ++f_.contigs;
         f_.reads += reads.size();
         if (!options_.each_contig) return;
