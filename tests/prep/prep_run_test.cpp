@@ -88,6 +88,14 @@ TEST(PrepRealFiles, MiraAssemblyIsRepairedForPelkrin) {
     ASSERT_EQ(got.size(), 1u);
     EXPECT_EQ(got.begin()->second.size(), 120u);
     expect_entries(got, sff_entries(data("mira/sim454.sff")));
+
+    // A CR LF copy, gzipped, with lines of white space only, repairs to the same file.
+    write_file(dir / "mira.ace.gz", gzipped(with_crlf(with_white_lines(data("mira/sim454_out.ace")))));
+    r = run_prep({"check", "mira.ace.gz", "reads.sff"}, dir);
+    EXPECT_TRUE(has(r.out, "dialect: MIRA, CR LF line ends, lines of white space only, gzip\n")) << r.out;
+    r = run_prep({"ace", "mira.ace.gz", "fixed2.ace"}, dir);
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(read_file(dir / "fixed2.ace") == read_file(dir / "fixed.ace"));
 }
 
 TEST(PrepRealFiles, Cap3AssemblyIsRepairedForPelkrin) {
