@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "ace/blank.h"
 #include "ace/line_scanner.h"
 #include "common/fatal_error.h"
 #include "prep/ace_lines.h"
@@ -65,7 +66,7 @@ public:
                 edit(l.number, ace_edit::drop);
             }
         }
-        if (f_.malformed.empty() && (f_.as_counts_wrong() || dropped_)) {
+        if (f_.malformed.empty() && (f_.as_counts_wrong() || dropped_ || as_trailing_)) {
             edit(f_.as_line, ace_edit::replace,
                  "AS " + std::to_string(f_.contigs) + " " + std::to_string(f_.reads) + "\n");
         }
@@ -84,6 +85,7 @@ private:
     ace_findings f_;
     bool stop_ = false;
     bool dropped_ = false;
+    bool as_trailing_ = false;  // the AS line holds more than its two numbers
 
     bool peek(ace_line& l) { return lines_.peek(l); }
     bool take(ace_line& l) {
@@ -110,6 +112,10 @@ private:
             std::int32_t n = 0;
             if (scan.number(n)) f_.as_contigs = n;
             if (scan.number(n)) f_.as_reads = n;
+            // Pelkrin's reader takes what follows the two numbers as a line of its own.
+            const std::string_view rest = scan.rest();
+            as_trailing_ = std::any_of(rest.begin(), rest.end(), [](char ch) { return !is_blank(ch); });
+            if (as_trailing_) f_.stray.see(l.number);
             return;
         }
         throw fatal_error(1, std::string("Pelkrin-prep: ").append(name_).append(": line ")
@@ -159,127 +165,141 @@ private:
         stop_ = true;
     }
 
+    // A contig as the reading goes through its records.
+    struct contig_state {
+        contig c;
+        std::uint64_t co_line = 0;
+        std::int32_t announced_reads = 0;
+        std::string consensus;
+        std::uint64_t consensus_length = 0;
+        enum { after_co, after_bq, in_af, in_bs, in_rd } stage = after_co;
+        std::vector<placed> reads;  // one per AF line
+        std::unordered_map<std::string, std::size_t> by_name;  // the last AF line of each name
+        std::vector<std::uint64_t> blanks;  // empty lines since the last AF or BS line
+        std::uint64_t last_af_line = 0;
+        bool af_interrupted = false;  // a tag block came after AF lines
+        bool bs_open = false;         // BS lines came, and no empty line after them yet
+        bool make_segments = false;   // the contig has no BS record
+        std::size_t rd_records = 0;
+    };
+
     void contig_at(const ace_line& co) {
+        contig_state k;
+        k.co_line = co.number;
         line_scanner scan(co.text);
         std::string tag;
         scan.word(tag);
-        contig c;
-        scan.word(c.name);
-        std::int32_t announced_reads = 0;
-        scan.number(c.base_num);
-        scan.number(announced_reads);
-        scan.number(c.seg_num);
+        scan.word(k.c.name);
+        scan.number(k.c.base_num);
+        scan.number(k.announced_reads);
+        scan.number(k.c.seg_num);
         char direction = 0;
-        if (scan.character(direction) && direction == 'U') c.uncomplemented = 1;
+        if (scan.character(direction) && direction == 'U') k.c.uncomplemented = 1;
+        if (k.c.name.empty()) return malformed(co.number, "(no name)", "a CO line without a contig name");
+        if (!block(options_.sequences ? &k.consensus : nullptr, &k.consensus_length))
+            return cut(k.c.name, co.number);
 
-        if (c.name.empty()) return malformed(co.number, "(no name)", "a CO line without a contig name");
-        std::string consensus;
-        std::uint64_t consensus_length = 0;
-        if (!block(options_.sequences ? &consensus : nullptr, &consensus_length)) return cut(c.name, co.number);
-
-        enum { after_co, after_bq, in_af, in_bs, in_rd } stage = after_co;
-        std::vector<placed> reads;
-        std::unordered_map<std::string, std::size_t> by_name;
-        std::vector<std::uint64_t> blanks;  // empty lines since the last AF or BS line
-        std::uint64_t last_af_line = 0;
-        bool af_interrupted = false;
-        bool bs_open = false;  // BS lines came, and no empty line after them yet
-        bool make_segments = false;
-        std::size_t rd_records = 0;
         ace_line l;
         while (!stop_ && peek(l)) {
             if (l.text.empty()) {
                 take(l);
-                if (stage == in_af || stage == in_bs) blanks.push_back(l.number);
-                bs_open = false;
+                if (k.stage == contig_state::in_af || k.stage == contig_state::in_bs) k.blanks.push_back(l.number);
+                k.bs_open = false;
                 continue;
             }
             const std::string word = first_word(l.text);
             if (word == "CO") break;
-            if (bs_open && word != "BS") {
+            if (k.bs_open && word != "BS") {
                 // Pelkrin's reader takes the BS lines up to an empty line.
-                f_.blank_after_bs.see(l.number, c.name);
+                f_.blank_after_bs.see(l.number, k.c.name);
                 edit(l.number, ace_edit::insert_before, "\n");
-                bs_open = false;
+                k.bs_open = false;
             }
             take(l);
             // Between two RD records Pelkrin's reader looks for the next RD line
             // only, tag blocks or not: so does this reading.
-            if (stage == in_rd && rd_records < reads.size() && word != "RD") continue;
+            if (k.stage == contig_state::in_rd && k.rd_records < k.reads.size() && word != "RD") continue;
             if (opens_brace(word)) {
-                if (stage == in_af) af_interrupted = true;
-                if (!brace()) return cut(c.name, co.number);
-                continue;
+                if (k.stage == contig_state::in_af) k.af_interrupted = true;
+                if (!brace()) return cut(k.c.name, co.number);
+            } else if (word == "BQ") {
+                bq_record(k, l);
+            } else if (word == "AF") {
+                af_line(k, l);
+            } else if (word == "BS") {
+                bs_line(k, l);
+            } else if (word == "RD") {
+                rd_line(k, l);
+            } else {
+                // Pelkrin's reader stops at any other record.
+                f_.stray.see(l.number, k.c.name);
+                edit(l.number, ace_edit::drop);
             }
-            if (word == "BQ") {
-                if (stage != after_co) return malformed(l.number, c.name, "a BQ record after the AF lines");
-                stage = after_bq;
-                if (!block(nullptr, nullptr)) return cut(c.name, co.number);
-                continue;
-            }
-            if (word == "AF") {
-                if (stage == in_bs || stage == in_rd)
-                    return malformed(l.number, c.name, "an AF line after the BS or RD records");
-                if (stage == after_co) {
-                    f_.no_base_qualities.see(l.number, c.name);
-                    edit(l.number, ace_edit::insert_before, "BQ\n\n");
-                }
-                if (stage == in_af && af_interrupted)
-                    return malformed(l.number, c.name, "AF lines apart, with other records between them");
-                join_lines(blanks, f_.split_af, c.name);
-                stage = in_af;
-                last_af_line = l.number;
-                line_scanner af(l.text);
-                placed p;
-                af.word(tag);
-                af.word(p.name);
-                af.character(p.direction);
-                af.number(p.pos);
-                // As in Pelkrin's reader, a later AF line of a name replaces the earlier.
-                by_name.insert_or_assign(p.name, reads.size());
-                reads.push_back(std::move(p));
-                continue;
-            }
-            if (word == "BS") {
-                if (stage != in_af && stage != in_bs)
-                    return malformed(l.number, c.name, "a BS line out of place (before the AF lines or among the RD records)");
-                // Empty lines before the first BS line are passed over; between two they end the block.
-                if (stage == in_bs) join_lines(blanks, f_.blank_after_bs, c.name);
-                blanks.clear();
-                stage = in_bs;
-                bs_open = true;
-                continue;
-            }
-            if (word == "RD") {
-                if (stage == after_co || stage == after_bq)
-                    return malformed(l.number, c.name, "an RD record before the AF lines");
-                if (stage == in_af) {
-                    f_.no_base_segments.see(l.number, c.name);
-                    make_segments = true;
-                }
-                // Pelkrin's reader takes as many RD records as there are AF lines.
-                if (rd_records == reads.size())
-                    return malformed(l.number, c.name,
-                                     "more RD records than its " + std::to_string(reads.size()) + " AF lines");
-                stage = in_rd;
-                blanks.clear();
-                if (!rd_record(l, c.name, co.number, reads, by_name)) return;
-                ++rd_records;
-                continue;
-            }
-            // Pelkrin's reader stops at any other record.
-            f_.stray.see(l.number, c.name);
-            edit(l.number, ace_edit::drop);
         }
         if (stop_) return;
-        const bool at_end = !peek(l);
-        if (reads.empty() || rd_records < reads.size()) {
-            if (at_end) return cut(c.name, co.number);
-            return malformed(co.number, c.name,
-                             std::to_string(reads.size()) + " AF lines but " + std::to_string(rd_records) +
+        if (k.reads.empty() || k.rd_records < k.reads.size()) {
+            if (!peek(l)) return cut(k.c.name, co.number);
+            return malformed(co.number, k.c.name,
+                             std::to_string(k.reads.size()) + " AF lines but " + std::to_string(k.rd_records) +
                                  " RD records");
         }
-        finish_contig(c, co, announced_reads, consensus, consensus_length, reads, make_segments, last_af_line);
+        finish_contig(k, co);
+    }
+
+    void bq_record(contig_state& k, const ace_line& l) {
+        if (k.stage != contig_state::after_co) return malformed(l.number, k.c.name, "a BQ record after the AF lines");
+        k.stage = contig_state::after_bq;
+        if (!block(nullptr, nullptr)) cut(k.c.name, k.co_line);
+    }
+
+    void af_line(contig_state& k, const ace_line& l) {
+        if (k.stage == contig_state::in_bs || k.stage == contig_state::in_rd)
+            return malformed(l.number, k.c.name, "an AF line after the BS or RD records");
+        if (k.stage == contig_state::after_co) {
+            f_.no_base_qualities.see(l.number, k.c.name);
+            edit(l.number, ace_edit::insert_before, "BQ\n\n");
+        }
+        if (k.stage == contig_state::in_af && k.af_interrupted)
+            return malformed(l.number, k.c.name, "AF lines apart, with other records between them");
+        join_lines(k.blanks, f_.split_af, k.c.name);
+        k.stage = contig_state::in_af;
+        k.last_af_line = l.number;
+        line_scanner af(l.text);
+        placed p;
+        std::string tag;
+        af.word(tag);
+        af.word(p.name);
+        af.character(p.direction);
+        af.number(p.pos);
+        // As in Pelkrin's reader, a later AF line of a name replaces the earlier.
+        k.by_name.insert_or_assign(p.name, k.reads.size());
+        k.reads.push_back(std::move(p));
+    }
+
+    void bs_line(contig_state& k, const ace_line& l) {
+        if (k.stage != contig_state::in_af && k.stage != contig_state::in_bs)
+            return malformed(l.number, k.c.name, "a BS line out of place (before the AF lines or among the RD records)");
+        // Empty lines before the first BS line are passed over; between two they end the block.
+        if (k.stage == contig_state::in_bs) join_lines(k.blanks, f_.blank_after_bs, k.c.name);
+        k.blanks.clear();
+        k.stage = contig_state::in_bs;
+        k.bs_open = true;
+    }
+
+    void rd_line(contig_state& k, const ace_line& l) {
+        if (k.stage == contig_state::after_co || k.stage == contig_state::after_bq)
+            return malformed(l.number, k.c.name, "an RD record before the AF lines");
+        if (k.stage == contig_state::in_af) {
+            f_.no_base_segments.see(l.number, k.c.name);
+            k.make_segments = true;
+        }
+        // Pelkrin's reader takes as many RD records as there are AF lines.
+        if (k.rd_records == k.reads.size())
+            return malformed(l.number, k.c.name,
+                             "more RD records than its " + std::to_string(k.reads.size()) + " AF lines");
+        k.stage = contig_state::in_rd;
+        k.blanks.clear();
+        if (rd_record(l, k)) ++k.rd_records;
     }
 
     // Empty lines between lines that Pelkrin's reader wants in a row are dropped.
@@ -293,8 +313,11 @@ private:
 
     // An RD record from its RD line to its DS line; false when the reading
     // stopped (the file ended, or the record makes no sense).
-    bool rd_record(const ace_line& rd, const std::string& contig_name, std::uint64_t co_number, std::vector<placed>& reads,
-                   std::unordered_map<std::string, std::size_t>& by_name) {
+    bool rd_record(const ace_line& rd, contig_state& k) {
+        const std::string& contig_name = k.c.name;
+        const std::uint64_t co_number = k.co_line;
+        std::vector<placed>& reads = k.reads;
+        std::unordered_map<std::string, std::size_t>& by_name = k.by_name;
         line_scanner scan(rd.text);
         std::string tag;
         std::string read_name;
@@ -355,28 +378,29 @@ private:
         return true;
     }
 
-    void finish_contig(contig& c, const ace_line& co, std::int32_t announced_reads, std::string& consensus,
-                       std::uint64_t consensus_length, std::vector<placed>& reads, bool make_segments,
-                       std::uint64_t last_af_line) {
-        if (make_segments) {
+    void finish_contig(contig_state& k, const ace_line& co) {
+        contig& c = k.c;
+        std::vector<placed>& reads = k.reads;
+        const std::int32_t announced_reads = k.announced_reads;
+        if (k.make_segments) {
             std::vector<placed_read> spans;
             spans.reserve(reads.size());
             for (const placed& p : reads) {
                 const std::int64_t length = p.len > 0 ? p.len : static_cast<std::int64_t>(p.padded_length);
                 spans.push_back({p.name, p.pos, p.pos + std::max<std::int64_t>(length, 1) - 1});
             }
-            const auto cover = cover_consensus(static_cast<std::int64_t>(consensus_length), std::move(spans));
-            edit(last_af_line + 1, ace_edit::insert_before, base_segment_lines(cover) + "\n");
+            const auto cover = cover_consensus(static_cast<std::int64_t>(k.consensus_length), std::move(spans));
+            edit(k.last_af_line + 1, ace_edit::insert_before, base_segment_lines(cover) + "\n");
             c.seg_num = static_cast<std::int32_t>(cover.size());
         }
         if (announced_reads != static_cast<std::int64_t>(reads.size())) f_.read_counts.see(co.number, c.name);
-        if (make_segments || announced_reads != static_cast<std::int64_t>(reads.size()))
+        if (k.make_segments || announced_reads != static_cast<std::int64_t>(reads.size()))
             edit(co.number, ace_edit::replace, co_line(c, reads.size()));
         ++f_.contigs;
         f_.reads += reads.size();
         if (!options_.each_contig) return;
         c.read_num = static_cast<std::int32_t>(reads.size());
-        c.consensus.assign(consensus.begin(), consensus.end());
+        c.consensus.assign(k.consensus.begin(), k.consensus.end());
         for (placed& p : reads) {
             READ r;
             r.name = p.name;
