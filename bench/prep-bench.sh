@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Times Pelkrin-prep on the generated assembly of 200,000 reads of 800 flows
 # (bench/make_assembly, as bench/run-bench.sh makes it):
-#   - `Pelkrin-prep sff OUT IN` against `cat IN > OUT`, the floor of copying the file;
+#   - `Pelkrin-prep sff OUT IN` against `cat IN > OUT`, the floor of copying the file,
+#     on the file as generated and on a little-endian copy of it (whose records
+#     are all converted);
 #   - `Pelkrin-prep check ACE SFF` against a Pelkrin run on the same pair.
 # The two commands of a pair run in turn, A B A B ..., page cache warm; prints
 # the median wall seconds of each and the ratio of the medians.
@@ -53,13 +55,16 @@ pair() {
   local ma mb
   ma=$(printf '%s\n' "${ta[@]}" | median)
   mb=$(printf '%s\n' "${tb[@]}" | median)
-  printf '%-34s %8s s\n%-34s %8s s\n%-34s %8s\n' "$label_a" "$ma" "$label_b" "$mb" "ratio" \
+  printf '%-42s %8s s\n%-42s %8s s\n%-42s %8s\n' "$label_a" "$ma" "$label_b" "$mb" "ratio" \
     "$(awk "BEGIN { printf \"%.2f\", $ma / $mb }")"
 }
 
 echo "$reads reads, $(du -mL "$prefix.sff" | cut -f1) MB SFF file, $(du -mL "$prefix.ace" | cut -f1) MB ACE file; medians of $runs runs"
 pair "Pelkrin-prep sff OUT IN" "cat IN > OUT" -- "$prep" sff "$work/merged.sff" "$prefix.sff" -- \
   sh -c "cat '$prefix.sff' > '$work/copy.sff'"
+[[ -s $work/le$reads.sff ]] || python3 bench/sff_to_little_endian.py "$prefix.sff" "$work/le$reads.sff"
+pair "Pelkrin-prep sff OUT IN (little-endian)" "cat IN > OUT" -- "$prep" sff "$work/merged.sff" "$work/le$reads.sff" -- \
+  sh -c "cat '$work/le$reads.sff' > '$work/copy.sff'"
 pair "Pelkrin-prep check ACE SFF" "Pelkrin ACE SFF" -- "$prep" check "$prefix.ace" "$prefix.sff" -- \
   "$pelkrin" "$prefix.ace" "$prefix.sff"
 rm -f "$work/merged.sff" "$work/copy.sff"

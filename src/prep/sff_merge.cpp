@@ -202,6 +202,8 @@ void write_merge(const std::vector<sff_input>& inputs, const merge_plan& plan, t
                 // The read header, name, padding and flowgram as they are.
                 out.write(text(rec.offset, rec.data_offset + flow_bytes - rec.offset));
             } else {
+                // A little-endian file: the header's fields and the flowgram values
+                // turned to big-endian, each two-byte value's bytes swapped.
                 const std::uint8_t* p = in.bytes.data() + rec.offset;
                 converted.clear();
                 put16(converted, rec.read_header_length);
@@ -210,8 +212,14 @@ void write_merge(const std::vector<sff_input>& inputs, const merge_plan& plan, t
                 for (std::size_t f = 8; f < sff_read::header_size; f += 2) put16(converted, field16(p + f, false));
                 converted.append(text(rec.offset + sff_read::header_size,
                                       rec.data_offset - rec.offset - sff_read::header_size));
+                const std::size_t at = converted.size();
+                converted.resize(at + flow_bytes);
+                char* to = converted.data() + at;
                 const std::uint8_t* values = in.bytes.data() + rec.data_offset;
-                for (std::size_t f = 0; f < part.flows; ++f) put16(converted, field16(values + 2 * f, false));
+                for (std::size_t b = 0; b < flow_bytes; b += 2) {
+                    to[b] = static_cast<char>(values[b + 1]);
+                    to[b + 1] = static_cast<char>(values[b]);
+                }
                 out.write(converted);
             }
             // Flows this file's reads lack are zero.
