@@ -131,6 +131,43 @@ TEST(PrepAceDialects, AsCountsAreMadeToMatch) {
     EXPECT_EQ(found.size(), 1u);
 }
 
+TEST(PrepAceDialects, SmallerMendingsReadAlike) {
+    // No BQ record, an empty line among the AF lines, a CO line counting 3
+    // reads for 2, BS lines running into an RD line, a stray line outside the
+    // contigs and one after the last RD record.
+    const std::string text =
+        "AS 1 2\n\nCO c1 8 3 1 U\nACGT*ACG\n\nAF r1 U 1\n\nAF r2 C 3\nBS 1 8 r1\nRD r1 8 0 0\nACGT*ACG\n\n"
+        "QA 1 8 1 8\nDS x\n\nRD r2 6 0 0\nGT*ACG\n\nQA 1 6 2 5\nDS y\nXX stray\n\nYY outside\n";
+    prep::ace_options options;
+    const auto f = prep::read_ace(bytes_of(text), "s.ace", options);
+    EXPECT_TRUE(f.no_base_qualities.seen());
+    EXPECT_TRUE(f.split_af.seen());
+    EXPECT_TRUE(f.read_counts.seen());
+    EXPECT_TRUE(f.blank_after_bs.seen());
+    EXPECT_EQ(f.stray.count, 2u);
+    EXPECT_FALSE(f.pelkrin_reads_alike());
+    EXPECT_THROW(strict_contigs(text), std::exception);
+    expect_same_reading(text);
+    std::string repaired;
+    const auto found = lenient_contigs(text, repaired);
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_EQ(found[0].reads.at("r2").align_start, 2);
+    EXPECT_EQ(found[0].reads.at("r2").uncomplemented, 0);
+    EXPECT_EQ(repaired.find("stray"), std::string::npos);
+    EXPECT_EQ(repaired.find("outside"), std::string::npos);
+}
+
+TEST(PrepAceDialects, ContigsNoReadingMakesSenseOfAreRefused) {
+    // An RD record of a read with no AF line.
+    const std::string text =
+        "AS 1 1\n\nCO c1 4 1 1 U\nACGT\n\nBQ\n1 1 1 1\n\nAF r1 U 1\nBS 1 4 r1\n\nRD r9 4 0 0\nACGT\n\n"
+        "QA 1 4 1 4\nDS\n\n";
+    prep::ace_options options;
+    const auto f = prep::read_ace(bytes_of(text), "m.ace", options);
+    EXPECT_EQ(f.malformed, "contig c1: RD record of read r9, which has no AF line");
+    EXPECT_EQ(f.malformed_line, 12u);
+}
+
 TEST(PrepAceDialects, CutOffFileKeepsCompleteContigsOnRequest) {
     const std::string text = data("contig1.ace");
     const std::size_t second = text.find("\nCO Contig2");
