@@ -5,8 +5,9 @@
 #     on the file as generated and on a little-endian copy of it (whose records
 #     are all converted);
 #   - `Pelkrin-prep check ACE SFF` against a Pelkrin run on the same pair.
-# The two commands of a pair run in turn, A B A B ..., page cache warm; prints
-# the median wall seconds of each and the ratio of the medians.
+# The two commands of a pair run in turn, A B A B ..., page cache warm, each
+# writing a new output file; prints the median wall seconds of each and the
+# ratio of the medians.
 #
 #   bench/prep-bench.sh [WORK_DIR] [RUNS]
 #
@@ -49,7 +50,10 @@ pair() {
   wall "${b[@]}" >/dev/null
   local ta=() tb=()
   for ((i = 0; i < runs; ++i)); do
+    # Each run writes a new file: freeing the last run's pages is left out of both.
+    rm -f "$work/merged.sff" "$work/copy.sff"
     ta+=("$(wall "${a[@]}")")
+    rm -f "$work/merged.sff" "$work/copy.sff"
     tb+=("$(wall "${b[@]}")")
   done
   local ma mb

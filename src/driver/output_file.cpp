@@ -138,6 +138,20 @@ bool output_file::finish() {
     return !write_failed_;
 }
 
+std::uint64_t output_file::copy_range(int fd, std::int64_t offset, std::uint64_t n) {
+    flush();
+    if (file_ == nullptr || write_failed_) return 0;
+    loff_t from = offset;
+    std::uint64_t copied = 0;
+    while (copied < n) {
+        const ssize_t got = ::copy_file_range(fd, &from, ::fileno(file_), nullptr, n - copied, 0);
+        if (got <= 0) break;  // not between these files, or the input ended: the caller writes the rest
+        copied += static_cast<std::uint64_t>(got);
+    }
+    written_ += static_cast<std::int64_t>(copied);
+    return copied;
+}
+
 void output_file::discard() {
     if (finished_) return;
     finished_ = true;

@@ -49,6 +49,12 @@ public:
         flush();
         write_handed(bytes, n);
     }
+    // Writes what is buffered, then copies `n` bytes of the file open as `fd`,
+    // from `offset` on, to this one inside the kernel (copy_file_range), with
+    // no pass through this process's memory. Returns how many bytes were
+    // copied: fewer when the kernel cannot copy between the two files, and the
+    // caller writes the rest.
+    std::uint64_t copy_range(int fd, std::int64_t offset, std::uint64_t n);
     // Writes what is buffered, closes the file and puts it in place of its name.
     // False when any write, the close or the renaming failed. Once only.
     bool finish();

@@ -26,6 +26,9 @@ public:
     std::span<const std::uint8_t> bytes() const { return bytes_; }
     // The file was gzip data (bytes() are then what it inflates to).
     bool gzipped() const { return gzipped_; }
+    // The descriptor of the file whose bytes bytes() are, for copying them
+    // inside the kernel; -1 when they are in memory (inflated, read from a pipe, given).
+    int descriptor() const { return gzipped_ || !held_.empty() ? -1 : source_.descriptor(); }
 
 private:
     void take(std::span<const std::uint8_t> raw, std::ostream* err);

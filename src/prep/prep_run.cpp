@@ -93,7 +93,7 @@ int sff_command(const std::vector<std::string>& args, std::ostream& err) {
         files.push_back(std::make_unique<input_file>(name, err));
         const input_file& f = *files.back();
         progress shown(err, "reading " + name, f.bytes().size(), progress::shown_for(f.bytes().size()));
-        inputs.push_back(sff_input{name, f.bytes(), scan_sff(f.bytes(), name, &shown)});
+        inputs.push_back(sff_input{name, f.bytes(), scan_sff(f.bytes(), name, &shown), f.descriptor()});
         total += f.bytes().size();
     }
     const merge_plan plan = plan_merge(inputs);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
+#include <string_view>
 
 #include "common/fatal_error.h"
 #include "prep/progress.h"
@@ -117,6 +119,11 @@ public:
             if (data_end > bytes_.size())
                 return stop(out, pos, "the file ends inside " + which() + " (" +
                                           std::to_string(r.number_of_bases) + " bases)");
+            // The name as Pelkrin's index keys it (up to its first zero byte), hashed
+            // while it is at hand: the merge sorts records by it.
+            const auto name = reinterpret_cast<const char*>(bytes_.data() + pos + sff_read::header_size);
+            const std::size_t name_bytes = static_cast<std::size_t>(std::find(name, name + r.name_length, '\0') - name);
+            r.key_hash = std::hash<std::string_view>{}(std::string_view(name, name_bytes));
             const std::uint64_t padded = data_end + data_padding(data_length);
             r.length = std::min<std::uint64_t>(padded, bytes_.size()) - pos;
             out.records.push_back(r);

@@ -43,6 +43,7 @@ struct sff_record {
     std::uint16_t name_length = 0;
     std::uint32_t number_of_bases = 0;
     std::uint64_t data_offset = 0;  // where its flowgram values begin
+    std::uint64_t key_hash = 0;     // the hash of its name as Pelkrin's index keys it
 };
 
 struct sff_layout {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <string_view>
-#include <unordered_map>
 
 #include "common/fatal_error.h"
 #include "driver/output_file.h"
@@ -89,35 +88,59 @@ merge_plan plan_merge(const std::vector<sff_input>& inputs) {
                                  " bytes after the last read that are no SFF file are left out");
     }
 
-    // The last record of each name is the one kept, as Pelkrin's index would take it.
-    struct place {
+    // The last record of each name is the one kept, as Pelkrin's index would
+    // take it. Records are sorted by the hash of their name (taken when the
+    // walk had the name at hand), so that only records whose hashes agree
+    // have their names compared: the names stay where they are in the files.
+    struct named {
+        std::uint64_t hash;
         std::size_t input;
         std::size_t record;
-        std::uint32_t count;
     };
+    std::vector<named> all;
     std::size_t total = 0;
     for (const sff_input& in : inputs) total += in.layout.records.size();
-    std::unordered_map<std::string_view, place> last;
-    last.reserve(total);
+    all.reserve(total);
     plan.kept.resize(inputs.size());
     for (std::size_t i = 0; i < inputs.size(); ++i) {
         const sff_layout& l = inputs[i].layout;
         plan.kept[i].assign(l.records.size(), true);
-        for (std::size_t r = 0; r < l.records.size(); ++r) {
-            auto [it, fresh] = last.try_emplace(l.key(inputs[i].bytes, l.records[r]), place{i, r, 1});
-            if (fresh) continue;
-            const place before = it->second;
-            plan.kept[before.input][before.record] = false;
-            ++plan.duplicates;
-            const sff_record& was = inputs[before.input].layout.records[before.record];
-            if (plan.duplicates <= 10)
-                plan.notes.push_back(std::string("Pelkrin-prep: read ").append(it->first).append(" occurs again: ")
-                                         .append(inputs[before.input].name).append(" byte ")
-                                         .append(std::to_string(was.offset)).append(" is left out for ")
-                                         .append(inputs[i].name).append(" byte ")
-                                         .append(std::to_string(l.records[r].offset)));
-            it->second = place{i, r, before.count + 1};
+        for (std::size_t r = 0; r < l.records.size(); ++r) all.push_back(named{l.records[r].key_hash, i, r});
+    }
+    const auto order = [](const named& a, const named& b) {
+        return a.hash != b.hash ? a.hash < b.hash : a.input != b.input ? a.input < b.input : a.record < b.record;
+    };
+    std::sort(all.begin(), all.end(), order);
+    const auto key_of = [&](const named& n) {
+        return inputs[n.input].layout.key(inputs[n.input].bytes, inputs[n.input].layout.records[n.record]);
+    };
+    // Each record left out, with the later record of its name that is kept.
+    std::vector<std::pair<named, named>> left_out;
+    for (std::size_t a = 0; a < all.size();) {
+        std::size_t b = a + 1;
+        while (b < all.size() && all[b].hash == all[a].hash) ++b;
+        // Within a run of one hash, in file order: a record whose name comes again later is left out.
+        for (std::size_t x = a; x + 1 < b; ++x) {
+            for (std::size_t y = b; y-- > x + 1;) {
+                if (key_of(all[x]) != key_of(all[y])) continue;
+                plan.kept[all[x].input][all[x].record] = false;
+                left_out.emplace_back(all[x], all[y]);
+                break;
+            }
         }
+        a = b;
+    }
+    plan.duplicates = left_out.size();
+    std::sort(left_out.begin(), left_out.end(), [](const auto& p, const auto& q) {
+        return p.first.input != q.first.input ? p.first.input < q.first.input : p.first.record < q.first.record;
+    });
+    for (std::size_t d = 0; d < left_out.size() && d < 10; ++d) {
+        const auto& [was, kept] = left_out[d];
+        plan.notes.push_back(std::string("Pelkrin-prep: read ").append(key_of(was)).append(" occurs again: ")
+                                 .append(inputs[was.input].name).append(" byte ")
+                                 .append(std::to_string(inputs[was.input].layout.records[was.record].offset))
+                                 .append(" is left out for ").append(inputs[kept.input].name).append(" byte ")
+                                 .append(std::to_string(inputs[kept.input].layout.records[kept.record].offset)));
     }
     if (plan.duplicates > 10)
         plan.notes.push_back("Pelkrin-prep: " + std::to_string(plan.duplicates) +
@@ -166,13 +189,16 @@ void write_merge(const std::vector<sff_input>& inputs, const merge_plan& plan, t
         const auto text = [&](std::uint64_t at, std::uint64_t n) {
             return std::string_view(reinterpret_cast<const char*>(in.bytes.data() + at), n);
         };
-        // Records that go out as they are, one after the other in the input, go
+        // Records that go out as they are, one after the other in the input, are
+        // copied by the kernel from file to file where it can; else they go
         // from the mapping to the file in pieces of 1 MB (larger pieces made the
         // kernel's copy from the mapping slower and less steady).
         std::uint64_t run_start = 0;
         std::uint64_t run_end = 0;
         const auto end_run = [&] {
             if (run_end == run_start) return;
+            if (direct != nullptr && in.descriptor >= 0)
+                run_start += direct->copy_range(in.descriptor, static_cast<std::int64_t>(run_start), run_end - run_start);
             constexpr std::uint64_t piece = std::uint64_t{1} << 20;
             for (std::uint64_t at = run_start; at < run_end; at += piece) {
                 const std::uint64_t n = std::min(piece, run_end - at);

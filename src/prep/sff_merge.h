@@ -21,6 +21,7 @@ struct sff_input {
     std::string name;
     std::span<const std::uint8_t> bytes;
     sff_layout layout;
+    int descriptor = -1;  // the file the bytes are, when they are a file's as it stands
 };
 
 // What the merge will write, settled before a byte is written.
