@@ -110,7 +110,7 @@ void output_file::write_handed(const char* bytes, std::size_t n) {
     // The disk takes what has been written as it comes, rather than all of it
     // when the file is put in place: the file system writes a file that
     // replaces another before the renaming ends.
-    if (seekable_ && written_ - sent_to_disk_ >= send_to_disk_every) {
+    if (send_early_ && seekable_ && written_ - sent_to_disk_ >= send_to_disk_every) {
         ::sync_file_range(::fileno(file_), sent_to_disk_, written_ - sent_to_disk_, SYNC_FILE_RANGE_WRITE);
         sent_to_disk_ = written_;
     }

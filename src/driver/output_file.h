@@ -55,6 +55,9 @@ public:
     // copied: fewer when the kernel cannot copy between the two files, and the
     // caller writes the rest.
     std::uint64_t copy_range(int fd, std::int64_t offset, std::uint64_t n);
+    // Leaves sending the file to the disk to the system, rather than asking
+    // for it every 8 MB as the file is written (see write_handed).
+    void send_to_disk_when_the_system_does() { send_early_ = false; }
     // Writes what is buffered, closes the file and puts it in place of its name.
     // False when any write, the close or the renaming failed. Once only.
     bool finish();
@@ -77,6 +80,7 @@ private:
     std::int64_t written_ = 0;       // bytes that reached the file
     std::int64_t sent_to_disk_ = 0;  // the file's first bytes the disk was asked to take
     bool write_failed_ = false;
+    bool send_early_ = true;
     bool finished_ = false;
 };
 

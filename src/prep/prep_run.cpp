@@ -27,6 +27,9 @@ void refuse_overwrite(const std::string& output, const std::vector<std::string>&
 std::unique_ptr<output_file> open_output(const std::string& path) {
     auto file = std::make_unique<output_file>(path);
     if (file->failed_to_open()) fail(path + ": cannot open for writing");
+    // As cp and cat do: the outputs are as large as the inputs, and asking for
+    // them on the disk as they are written would cost the run the writing's time.
+    file->send_to_disk_when_the_system_does();
     return file;
 }
 
