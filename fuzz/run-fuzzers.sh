@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Builds the libFuzzer targets with clang and runs each for SECONDS of fuzzing.
 #
-#   fuzz/run-fuzzers.sh SECONDS [TARGET ...]      targets: ace_reader sff_reader whole_run contig_views reads_file
+#   fuzz/run-fuzzers.sh SECONDS [TARGET ...]      targets: ace_reader sff_reader whole_run contig_views
+#                                                 reads_file prep_ace prep_sff
 #   fuzz/run-fuzzers.sh --merge [TARGET ...]      rewrites the committed corpus (below)
 #
 # Seeds come from the example assembly, the real files of tests/data, the
 # committed corpus (fuzz/corpus/TARGET) and the regression inputs
-# (fuzz/regressions/ace, sff, run, views or reads). The growing corpus is kept in
+# (fuzz/regressions/ace, sff, run, views, reads, prep_ace or prep_sff). The growing corpus is kept in
 # out/fuzz-corpus, failing inputs in out/fuzz-artifacts: minimise one
 # (-minimize_crash=1), copy it into the target's regression folder, which the
 # test suite replays, and say what it is in fuzz/regressions/README.md. Exits
@@ -22,7 +23,7 @@ cd "$(dirname "$0")/.."
 mode=${1:?usage: fuzz/run-fuzzers.sh SECONDS|--merge [TARGET ...]}
 shift
 targets=("$@")
-[[ ${#targets[@]} -gt 0 ]] || targets=(ace_reader sff_reader whole_run contig_views reads_file)
+[[ ${#targets[@]} -gt 0 ]] || targets=(ace_reader sff_reader whole_run contig_views reads_file prep_ace prep_sff)
 data=tests/data
 
 CXX=clang++ cmake -S . -B out/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPELKRIN_FUZZ=ON \
@@ -46,6 +47,8 @@ regressions() {
     whole_run) echo fuzz/regressions/run ;;
     contig_views) echo fuzz/regressions/views ;;
     reads_file) echo fuzz/regressions/reads ;;
+    prep_ace) echo fuzz/regressions/prep_ace ;;
+    prep_sff) echo fuzz/regressions/prep_sff ;;
   esac
 }
 
@@ -56,6 +59,8 @@ seed_files() {
   case $target in
     ace_reader | contig_views) cp example/example.ace "$data"/*.ace "$dir"/ ;;
     sff_reader) cp example/example.sff "$data"/*.sff "$dir"/ ;;
+    prep_ace) cp example/example.ace "$data"/*.ace "$data"/mira/*.ace "$dir"/ ;;
+    prep_sff) cp example/example.sff "$data"/*.sff "$dir"/ ;;
     whole_run)
       pack_run example/example.ace example/example.sff "$dir/example"
       pack_run "$data/contig1.ace" "$data/greek.sff" "$dir/contig1"

@@ -3,7 +3,8 @@
 # only those that are missing.
 set -euo pipefail
 
-packages=(cmake g++ ninja-build make)
+# zlib (zlib1g-dev) for Pelkrin-prep's gzip input: only Pelkrin-prep links it.
+packages=(cmake g++ ninja-build make zlib1g-dev)
 if [[ "${1:-}" == "--tests" ]]; then
   # GoogleTest; clang and its libFuzzer runtime for the fuzz targets; a browser
   # and a fixed-width font for the test that renders the HTML page; valgrind;

@@ -21,5 +21,11 @@ void contig_views(const std::uint8_t* data, std::size_t size);
 // report reads them: the first four bytes (little-endian) give the index's
 // length, the reads file follows it.
 void reads_file(const std::uint8_t* data, std::size_t size);
+// Pelkrin-prep's lenient ACE reading and repair (gzip input included): a file
+// it repairs must read in Pelkrin's reader exactly as the lenient reading read it.
+void prep_ace(const std::uint8_t* data, std::size_t size);
+// Pelkrin-prep's SFF walk and merge of one file: the merged file holds every
+// read the plan counts, whole, for Pelkrin's reader.
+void prep_sff(const std::uint8_t* data, std::size_t size);
 
 }  // namespace pelkrin::fuzz

@@ -107,7 +107,7 @@ void output_file::write_handed(const char* bytes, std::size_t n) {
         return;
     }
     written_ += static_cast<std::int64_t>(n);
-    if (seekable_ && written_ - sent_to_disk_ >= send_to_disk_every) send_to_disk();
+    if (send_early_ && seekable_ && written_ - sent_to_disk_ >= send_to_disk_every) send_to_disk();
 }
 
 // The disk takes what has been written as it comes, rather than all of it when
@@ -148,6 +148,32 @@ bool output_file::finish() {
         unregister_temporary_file(temp_path_);
     }
     return !write_failed_;
+}
+
+std::uint64_t output_file::copy_range(int fd, std::int64_t offset, std::uint64_t n) {
+    flush();
+    if (file_ == nullptr || write_failed_) return 0;
+    loff_t from = offset;
+    std::uint64_t copied = 0;
+    while (copied < n) {
+        const ssize_t got = ::copy_file_range(fd, &from, ::fileno(file_), nullptr, n - copied, 0);
+        if (got <= 0) break;  // not between these files, or the input ended: the caller writes the rest
+        copied += static_cast<std::uint64_t>(got);
+    }
+    written_ += static_cast<std::int64_t>(copied);
+    return copied;
+}
+
+void output_file::discard() {
+    if (finished_) return;
+    finished_ = true;
+    if (file_ == nullptr) return;
+    std::fclose(file_);
+    file_ = nullptr;
+    if (!temp_path_.empty()) {
+        ::unlink(temp_path_.c_str());
+        unregister_temporary_file(temp_path_);
+    }
 }
 
 }  // namespace pelkrin

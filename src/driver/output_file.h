@@ -43,9 +43,27 @@ public:
     // Writes `n` bytes that another text_buffer handed on, as this file's own
     // buffer going to the file would be (this one's buffer must be empty).
     void write_handed(const char* bytes, std::size_t n);
+    // Writes what is buffered, then `n` bytes straight from `bytes`: for large
+    // pieces that are in memory already, which copying into the buffer would only slow.
+    void write_through(const char* bytes, std::size_t n) {
+        flush();
+        write_handed(bytes, n);
+    }
+    // Writes what is buffered, then copies `n` bytes of the file open as `fd`,
+    // from `offset` on, to this one inside the kernel (copy_file_range), with
+    // no pass through this process's memory. Returns how many bytes were
+    // copied: fewer when the kernel cannot copy between the two files, and the
+    // caller writes the rest.
+    std::uint64_t copy_range(int fd, std::int64_t offset, std::uint64_t n);
+    // Leaves sending the file to the disk to the system, rather than asking
+    // for it every 8 MB as the file is written (see write_handed).
+    void send_to_disk_when_the_system_does() { send_early_ = false; }
     // Writes what is buffered, closes the file and puts it in place of its name.
     // False when any write, the close or the renaming failed. Once only.
     bool finish();
+    // Closes the file and removes what was written instead of putting it in
+    // place: the file of the name stays as it was. Once only, instead of finish().
+    void discard();
 
 protected:
     void hand_on(std::vector<char>& bytes, std::size_t used) override;
@@ -65,6 +83,7 @@ private:
     std::int64_t sent_to_disk_ = 0;  // the file's first bytes the disk was asked to take
     std::int64_t let_go_ = 0;        // the file's first bytes whose pages were let go
     bool write_failed_ = false;
+    bool send_early_ = true;
     bool finished_ = false;
 };
 

@@ -30,6 +30,8 @@ public:
     // Reads from `bytes`, kept by this source.
     void keep_memory(std::vector<std::uint8_t> bytes);
     bool is_open() const { return fd_ >= 0 || in_memory_; }
+    // The open file's descriptor, or -1 when the bytes are in memory.
+    int descriptor() const { return fd_; }
 
     // The length of a regular file as found on opening, or -1 when it is not a
     // regular file.

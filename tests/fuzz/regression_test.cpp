@@ -73,5 +73,20 @@ TEST(FuzzRegressions, ReadsFile) {
     replay("reads", fuzz::reads_file);
 }
 
+TEST(FuzzRegressions, PrepAce) {
+    call(fuzz::prep_ace, example("example.ace"));
+    call(fuzz::prep_ace, read_file(data_file("mira/sim454_out.ace")));
+    call(fuzz::prep_ace, read_file(data_file("seq.cap.ace")));
+    call(fuzz::prep_ace, "");
+    replay("prep_ace", fuzz::prep_ace);
+}
+
+TEST(FuzzRegressions, PrepSff) {
+    call(fuzz::prep_sff, example("example.sff"));
+    call(fuzz::prep_sff, read_file(data_file("E3MFGYR02_random_10_reads.sff")));
+    call(fuzz::prep_sff, "");
+    replay("prep_sff", fuzz::prep_sff);
+}
+
 }  // namespace
 }  // namespace pelkrin::test

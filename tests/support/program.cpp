@@ -153,4 +153,6 @@ std::string pelkrin_binary() { return PELKRIN_BINARY; }
 
 std::string pelkrin_view_binary() { return PELKRIN_VIEW_BINARY; }
 
+std::string pelkrin_prep_binary() { return PELKRIN_PREP_BINARY; }
+
 }  // namespace pelkrin::test

@@ -29,5 +29,6 @@ program_result run_program(const std::vector<std::string>& argv, const std::file
 // The programs as built beside the tests.
 std::string pelkrin_binary();
 std::string pelkrin_view_binary();
+std::string pelkrin_prep_binary();
 
 }  // namespace pelkrin::test

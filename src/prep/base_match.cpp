@@ -1,0 +1,79 @@
+#include "prep/base_match.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace pelkrin::prep {
+namespace {
+
+constexpr std::array<char, 256> upper_table() {
+    std::array<char, 256> t{};
+    for (int c = 0; c < 256; ++c) t[c] = static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
+    return t;
+}
+
+constexpr std::array<char, 256> complement_table() {
+    std::array<char, 256> t = upper_table();
+    const char pairs[][2] = {{'A', 'T'}, {'C', 'G'}, {'R', 'Y'}, {'K', 'M'}, {'B', 'V'}, {'D', 'H'}};
+    for (const auto& p : pairs) {
+        for (char a : {p[0], static_cast<char>(p[0] - 'A' + 'a')}) t[static_cast<unsigned char>(a)] = p[1];
+        for (char b : {p[1], static_cast<char>(p[1] - 'A' + 'a')}) t[static_cast<unsigned char>(b)] = p[0];
+    }
+    return t;
+}
+
+constexpr auto upper = upper_table();
+constexpr auto complement = complement_table();
+
+// A plain scan: the needle is most of the haystack and DNA has four
+// letters, so a library search (a first-letter scan that stops at every
+// fourth byte, or a two-way search with its set-up) costs more than it saves.
+bool contains(std::string_view hay, std::string_view needle) {
+    if (needle.empty()) return true;
+    if (needle.size() > hay.size()) return false;
+    const char first = needle[0];
+    const std::size_t last_start = hay.size() - needle.size();
+    for (std::size_t i = 0; i <= last_start; ++i) {
+        if (hay[i] == first && std::memcmp(hay.data() + i + 1, needle.data() + 1, needle.size() - 1) == 0) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+bool bases_occur(std::string_view assembly, std::string_view record, bool complemented, std::string& scratch) {
+    // The assembly's bases, pads removed, upper case, turned to the record's
+    // strand when the assembly placed the read reversed: most records hold
+    // them as they are.
+    scratch.resize(assembly.size());
+    char* out = scratch.data();
+    std::size_t n = 0;
+    if (complemented) {
+        for (std::size_t i = assembly.size(); i-- > 0;) {
+            const char c = assembly[i];
+            out[n] = complement[static_cast<unsigned char>(c)];
+            n += c != '*';
+        }
+    } else {
+        for (const char c : assembly) {
+            out[n] = upper[static_cast<unsigned char>(c)];
+            n += c != '*';
+        }
+    }
+    scratch.resize(n);
+    if (n > record.size()) return false;
+    if (contains(record, scratch)) return true;
+    // Else either strand, either case.
+    const std::string wanted = scratch;
+    std::string forward(record.size(), '\0');
+    std::transform(record.begin(), record.end(), forward.begin(),
+                   [](char c) { return upper[static_cast<unsigned char>(c)]; });
+    if (contains(forward, wanted)) return true;
+    std::string reversed(record.size(), '\0');
+    std::transform(record.rbegin(), record.rend(), reversed.begin(),
+                   [](char c) { return complement[static_cast<unsigned char>(c)]; });
+    return contains(reversed, wanted);
+}
+
+}  // namespace pelkrin::prep
