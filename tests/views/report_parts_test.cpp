@@ -2,8 +2,10 @@
 // names, the contig's summary and depth, and the flowgram files.
 #include <gtest/gtest.h>
 
+#include "files.h"
 #include "views/qdx_index.h"
 #include "views/tool/json_text.h"
+#include "views/tool/report_files.h"
 #include "views/tool/report_flowgrams.h"
 #include "views/tool/report_pages.h"
 #include "views/tool/report_summary.h"
@@ -15,6 +17,19 @@ std::string json(std::string_view text) {
     std::string out;
     append_json_string(out, text);
     return out;
+}
+
+// A report written again over an earlier one: each file holds the new text
+// alone, whether the earlier file was longer or shorter.
+TEST(ReportFiles, AFileWrittenAgainHoldsTheNewTextAlone) {
+    const std::filesystem::path folder = scratch_subdir("report-files");
+    write_report_file(folder, "page.html", "a longer earlier text\n");
+    write_report_file(folder, "page.html", "short\n");
+    EXPECT_EQ(read_file(folder / "page.html"), "short\n");
+    write_report_file(folder, "page.html", "longer than the one before\n");
+    EXPECT_EQ(read_file(folder / "page.html"), "longer than the one before\n");
+    write_report_file(folder, "page.html", "");
+    EXPECT_EQ(read_file(folder / "page.html"), "");
 }
 
 TEST(ReportJson, NamesCannotCloseAScriptOrAString) {

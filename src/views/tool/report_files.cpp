@@ -1,6 +1,9 @@
 #include "views/tool/report_files.h"
 
+#include <fcntl.h>
 #include <unistd.h>
+
+#include <cerrno>
 
 #include <algorithm>
 #include <cstdio>
@@ -25,14 +28,22 @@ void make_report_folder(const std::filesystem::path& folder) {
 
 void write_report_file(const std::filesystem::path& folder, const std::string& name, std::string_view text) {
     const std::filesystem::path path = folder / name;
-    // A file of an earlier report is removed rather than emptied: ext4 sends a
-    // file that was emptied and written again to the disk as it is closed,
-    // which for thousands of files costs more than the whole report.
-    ::unlink(path.c_str());
-    std::FILE* file = std::fopen(path.c_str(), "wb");
-    if (!file) cannot("open file", path);
-    const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    if (std::fclose(file) != 0 || !written) cannot("write file", path);
+    // A file of an earlier report is written over and then cut to its new
+    // length, neither emptied first nor removed: ext4 sends a file that was
+    // emptied and written again to the disk as it is closed, and creating
+    // thousands of files just after removing as many makes it search long for
+    // free inodes. Either cost more than the whole report.
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+    if (fd < 0) cannot("open file", path);
+    bool written = true;
+    for (std::size_t done = 0; written && done < text.size();) {
+        const ssize_t n = ::write(fd, text.data() + done, text.size() - done);
+        if (n < 0 && errno == EINTR) continue;
+        written = n > 0;
+        if (written) done += static_cast<std::size_t>(n);
+    }
+    written = written && ::ftruncate(fd, static_cast<off_t>(text.size())) == 0;
+    if (::close(fd) != 0 || !written) cannot("write file", path);
 }
 
 std::string read_file_range(int fd, int64_t from, int64_t to) {
