@@ -92,18 +92,29 @@ void expect_changed_message(const program_result& r, const run_files& files) {
     EXPECT_EQ(leaves, (std::vector<std::string>{"asm.ace", "asm.qdx", "asm.reads", "reads.sff"}));
 }
 
+// Starts Pelkrin (with `flag`, "" for none) on `run` and waits until it has
+// opened the ACE FIFO; returns the run's result to come and the FIFO's
+// writing end, or -1 when it could not be opened.
+std::future<program_result> start_run(const big_run& run, const char* flag, int& fd) {
+    const std::vector<std::string> options = *flag ? std::vector<std::string>{flag} : std::vector<std::string>{};
+    run_limits limits;
+    limits.seconds = 60;
+    auto result = std::async(std::launch::async, [&run, options, limits] { return run_pelkrin(run.files, options, limits); });
+    fd = open_when_read(run.files.dir / run.files.ace);
+    return result;
+}
+
+void cut_sff(const big_run& run) { ASSERT_EQ(::truncate((run.files.dir / run.files.sff).c_str(), run.cut_at), 0); }
+
 TEST(SffShrinks, CutBeforeTheIndexWalk) {
     for (const char* flag : {"", "-f"}) {
-        big_run run = make_run();
-        const std::vector<std::string> options = *flag ? std::vector<std::string>{flag} : std::vector<std::string>{};
-        run_limits limits;
-        limits.seconds = 60;
-        auto result = std::async(std::launch::async, [&] { return run_pelkrin(run.files, options, limits); });
-        const int fd = open_when_read(run.files.dir / run.files.ace);
+        const big_run run = make_run();
+        int fd = -1;
+        auto result = start_run(run, flag, fd);
         ASSERT_GE(fd, 0);
         // The run has the SFF file open and mapped from its header; it has
         // not walked it yet: that comes once the ACE file's first line is read.
-        ASSERT_EQ(::truncate((run.files.dir / run.files.sff).c_str(), run.cut_at), 0);
+        cut_sff(run);
         write_all(fd, "AS " + std::to_string(run.contigs.size()) + " 2000\n\n");
         for (const std::string& contig : run.contigs) write_all(fd, contig);
         ::close(fd);
@@ -113,12 +124,9 @@ TEST(SffShrinks, CutBeforeTheIndexWalk) {
 
 TEST(SffShrinks, CutWhileTheReadsAreWritten) {
     for (const char* flag : {"", "-f"}) {
-        big_run run = make_run();
-        const std::vector<std::string> options = *flag ? std::vector<std::string>{flag} : std::vector<std::string>{};
-        run_limits limits;
-        limits.seconds = 60;
-        auto result = std::async(std::launch::async, [&] { return run_pelkrin(run.files, options, limits); });
-        const int fd = open_when_read(run.files.dir / run.files.ace);
+        const big_run run = make_run();
+        int fd = -1;
+        auto result = start_run(run, flag, fd);
         ASSERT_GE(fd, 0);
         // The first contigs, whose reads stay in the file, then a pause in which
         // the run indexes the SFF file and writes them; then the cut, and the
@@ -127,7 +135,7 @@ TEST(SffShrinks, CutWhileTheReadsAreWritten) {
         write_all(fd, "AS " + std::to_string(run.contigs.size()) + " 2000\n\n");
         for (std::size_t c = 0; c < 3; ++c) write_all(fd, run.contigs[c]);
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        ASSERT_EQ(::truncate((run.files.dir / run.files.sff).c_str(), run.cut_at), 0);
+        cut_sff(run);
         for (std::size_t c = 3; c < run.contigs.size(); ++c) write_all(fd, run.contigs[c]);
         ::close(fd);
         expect_changed_message(result.get(), run.files);

@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include <filesystem>
 #include <string>
 
 #include "capture.h"
@@ -31,10 +32,20 @@ test::sff_bytes many_reads() {
     return test::build_sff(f);
 }
 
+// many_reads() written to a file of the test's own.
+std::filesystem::path many_reads_file() {
+    const auto path = test::scratch_dir() / "reads.sff";
+    test::write_file(path, many_reads().bytes);
+    return path;
+}
+
+std::string changed_message(const std::filesystem::path& path) {
+    return "Error: the SFF file " + path.string() + " changed while it was read\n";
+}
+
 TEST(ReaderShrink, FileCutBetweenTheIndexWalkAndTheReads) {
     const test::sff_bytes sff = many_reads();
-    const auto path = test::scratch_dir() / "reads.sff";
-    test::write_file(path, sff.bytes);
+    const auto path = many_reads_file();
     auto io = test::run_captured([&] {
         reader r(path.string(), test::std_console());
         ASSERT_EQ(r.get_header(), 1);
@@ -58,13 +69,11 @@ TEST(ReaderShrink, FileCutBetweenTheIndexWalkAndTheReads) {
         ADD_FAILURE() << "the change went unnoticed";
     });
     EXPECT_EQ(io.exit_status, 1);
-    EXPECT_EQ(io.err, "Error: the SFF file " + path.string() + " changed while it was read\n");
+    EXPECT_EQ(io.err, changed_message(path));
 }
 
 TEST(ReaderShrink, FileEmptiedBeforeTheIndexWalk) {
-    const test::sff_bytes sff = many_reads();
-    const auto path = test::scratch_dir() / "reads.sff";
-    test::write_file(path, sff.bytes);
+    const auto path = many_reads_file();
     auto io = test::run_captured([&] {
         reader r(path.string(), test::std_console());
         ASSERT_EQ(r.get_header(), 1);
@@ -76,13 +85,11 @@ TEST(ReaderShrink, FileEmptiedBeforeTheIndexWalk) {
         ADD_FAILURE() << "the change went unnoticed";
     });
     EXPECT_EQ(io.exit_status, 1);
-    EXPECT_EQ(io.err, "Error: the SFF file " + path.string() + " changed while it was read\n");
+    EXPECT_EQ(io.err, changed_message(path));
 }
 
 TEST(ReaderShrink, AFileThatKeepsItsSizeIsUnchanged) {
-    const test::sff_bytes sff = many_reads();
-    const auto path = test::scratch_dir() / "reads.sff";
-    test::write_file(path, sff.bytes);
+    const auto path = many_reads_file();
     reader r(path.string(), test::std_console());
     ASSERT_EQ(r.get_header(), 1);
     read_index index;
