@@ -1,5 +1,6 @@
 #include "prep/gzip.h"
 
+#include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -15,6 +16,13 @@ namespace {
 [[noreturn]] void damaged(const std::string& name, std::uint64_t at, const std::string& what) {
     throw fatal_error(1, std::string("Pelkrin-prep: ").append(name).append(": byte ").append(std::to_string(at))
                              .append(" of the gzip data: ").append(what).append("\n"));
+}
+
+std::uint64_t memory_for_inflating() {
+    const long pages = ::sysconf(_SC_PHYS_PAGES);
+    const long page_size = ::sysconf(_SC_PAGESIZE);
+    if (pages <= 0 || page_size <= 0) return std::uint64_t{1} << 32;
+    return static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(page_size) / 2;
 }
 
 }  // namespace
@@ -35,11 +43,18 @@ std::vector<std::uint8_t> gunzip(std::span<const std::uint8_t> bytes, const std:
     std::size_t in_at = 0;
     constexpr std::size_t chunk = std::size_t{1} << 20;
     constexpr std::size_t most_in = std::numeric_limits<uInt>::max();
+    // The inflated bytes are held in memory: a file that inflates past half of
+    // the machine's memory (a damaged or hostile one, or one too large for
+    // this machine) is refused before it takes the rest.
+    const std::uint64_t most_out = memory_for_inflating();
     try {
         while (true) {
             z.next_in = const_cast<Bytef*>(bytes.data() + in_at);
             z.avail_in = static_cast<uInt>(std::min(bytes.size() - in_at, most_in));
             const std::size_t used = out.size();
+            if (used + chunk > most_out)
+                damaged(name, in_at, std::string("it inflates to more than ").append(std::to_string(most_out))
+                                         .append(" bytes, half of this machine's memory"));
             out.resize(used + chunk);
             z.next_out = out.data() + used;
             z.avail_out = static_cast<uInt>(chunk);

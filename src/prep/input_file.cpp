@@ -19,6 +19,9 @@ input_file::input_file(std::string path, std::ostream& err) : name_(std::move(pa
         // A pipe or a device: read once, kept in memory.
         std::ifstream in(name_, std::ios::binary);
         held_.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+        if (in.bad())
+            throw fatal_error(1, std::string("Pelkrin-prep: ").append(name_).append(": cannot read: ")
+                                     .append(std::strerror(errno)).append("\n"));
         raw = held_;
     }
     take(raw, &err);

@@ -62,6 +62,12 @@ merge_plan plan_merge(const std::vector<sff_input>& inputs) {
     plan.flow_chars = widest->flow_chars;
     plan.key = widest->key;
     std::copy_n(widest->version, 4, plan.version);
+    // The header's length is a 16-bit field: flows and key that need more
+    // cannot be written as one file's header.
+    if (align8(sff_header_p1::size + std::uint64_t{plan.flows} + plan.key.size()) > 0xFFFF)
+        throw fatal_error(1, prefix(*widest_name) + std::to_string(plan.flows) + " flows and a key of " +
+                                 std::to_string(plan.key.size()) +
+                                 " bases need a header longer than an SFF header can say (65535 bytes)\n");
     for (const sff_input& in : inputs) {
         for (const sff_part& p : in.layout.parts) {
             if (p.key != plan.key)

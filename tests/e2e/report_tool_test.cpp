@@ -2,6 +2,8 @@
 // what it says when it cannot write them.
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <filesystem>
 
 #include "files.h"
@@ -62,6 +64,32 @@ TEST(ReportTool, AReadsFileWithoutFlowgramsIsNamed) {
     const program_result r = view({"-m", "report", "-o", (dir / "r").string(), (dir / "example.ace").string()});
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_NE(read_file(dir / "r" / "contig-2.html").find("Pelkrin wrote it without -f"), std::string::npos);
+}
+
+// A FIFO in the place of the location index would block the report for
+// ever, and a device would never end: neither is read.
+TEST(ReportTool, ALocationIndexThatIsNoRegularFileIsNotRead) {
+    const fs::path dir = scratch_dir();
+    fs::copy_file(source_file("example/example.ace"), dir / "example.ace");
+    ASSERT_EQ(::mkfifo((dir / "example.qdx").c_str(), 0600), 0);
+    run_limits limits;
+    limits.seconds = 60;
+    const program_result r = run_program(
+        {PELKRIN_VIEW_BINARY, "-m", "report", "-o", (dir / "r").string(), (dir / "example.ace").string()}, {}, limits);
+    EXPECT_FALSE(r.timed_out);
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(read_file(dir / "r" / "contig-1.html").find("example.qdx is not a regular file that can be read"),
+              std::string::npos);
+}
+
+TEST(ReportTool, ACompletionMessageThatCannotBeWrittenIsAnError) {
+    const fs::path dir = scratch_dir();
+    run_limits limits;
+    limits.stdout_path = "/dev/full";
+    const program_result r =
+        run_program({PELKRIN_VIEW_BINARY, "-m", "report", "-o", (dir / "r").string(), example_ace()}, {}, limits);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err, "Pelkrin-view: can not write standard output\n");
 }
 
 TEST(ReportTool, AFolderThatCannotBeMadeIsAnError) {

@@ -277,6 +277,27 @@ TEST(PrepCheck, FindsAWrongSffFileAndMissingReads) {
     EXPECT_TRUE(has(r.out, "the sign of a wrong SFF file")) << r.out;
 }
 
+// 65,496 flows and a 4-base key make a header of 65,536 bytes, one more than
+// its 16-bit length field can say: refused rather than written as length 0.
+TEST(PrepRefusals, AHeaderLongerThanItsLengthFieldIsRefused) {
+    const fs::path dir = scratch_dir();
+    sff_fixture f;
+    f.flows = 65496;
+    f.key = "TCAG";
+    // No reads; the header as long as its fields (65,531 bytes, a length the
+    // file may give unpadded), which the writer's own padding would overflow.
+    std::string bytes = build_sff(f).bytes;
+    bytes.resize(65531);
+    bytes[24] = static_cast<char>(0xFF);
+    bytes[25] = static_cast<char>(0xFB);
+    write_file(dir / "wide.sff", bytes);
+    const auto r = run_prep({"sff", "m.sff", "wide.sff"}, dir);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_TRUE(has(r.err, "wide.sff: 65496 flows and a key of 4 bases need a header longer than an SFF header can say"))
+        << r.err;
+    EXPECT_FALSE(fs::exists(dir / "m.sff"));
+}
+
 TEST(PrepRefusals, DifferentKeysOrFlowCharactersNameBothFiles) {
     const fs::path dir = scratch_dir();
     write_file(dir / "a.sff", data("greek.sff"));

@@ -1,9 +1,11 @@
 #include "views/tool/report_run.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <exception>
 #include <filesystem>
 #include <mutex>
@@ -11,6 +13,7 @@
 #include <vector>
 
 #include "ace/ace_reader.h"
+#include "common/fatal_error.h"
 #include "driver/command_line.h"
 #include "driver/work_queue.h"
 #include "views/qdx_index.h"
@@ -32,6 +35,22 @@ constexpr std::size_t inline_bytes = std::size_t{2} << 20;
 // Contigs waiting for a worker, by the bytes of their reads' bases.
 constexpr std::size_t queued_bytes = std::size_t{64} << 20;
 
+constexpr int absent = -2;
+
+// A regular file opened for reading; `absent` when there is none of that
+// name, -1 when it is something else (a FIFO would block the report, a
+// device would never end) or cannot be read.
+int open_regular(const std::string& name) {
+    const int fd = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0) return errno == ENOENT ? absent : -1;
+    struct stat st {};
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        return -1;
+    }
+    return fd;
+}
+
 // Pelkrin's outputs for this ACE file, found as the viewer finds them:
 // PREFIX.qdx, and through it PREFIX.reads.
 class reads_source {
@@ -39,16 +58,22 @@ public:
     explicit reads_source(const std::string& ace_file) {
         const std::string prefix = output_prefix(ace_file);
         const std::string index_name = prefix + ".qdx";
-        const int index = ::open(index_name.c_str(), O_RDONLY | O_CLOEXEC);
-        if (index < 0) {
+        const int index = open_regular(index_name);
+        if (index == absent) {
             note_ = "No flowgrams: there is no " + index_name + " beside the ACE file (run Pelkrin -f on it).";
             return;
         }
-        entries_ = parse_qdx(read_file_range(index, 0, -1));
+        if (index < 0) {
+            note_ = "No flowgrams: " + index_name + " is not a regular file that can be read.";
+            return;
+        }
+        struct stat st {};
+        entries_ = parse_qdx(read_file_range(index, 0, ::fstat(index, &st) == 0 ? st.st_size : 0));
         ::close(index);
-        reads_ = ::open((prefix + ".reads").c_str(), O_RDONLY | O_CLOEXEC);
+        reads_ = open_regular(prefix + ".reads");
         if (reads_ < 0) {
             note_ = "No flowgrams: " + prefix + ".reads can not be read.";
+            reads_ = -1;
             entries_.clear();
             return;
         }
@@ -210,6 +235,7 @@ void write_report(const std::string& ace_file, const std::string& folder_name, c
     write_report_file(folder, "index.html", index_page(summaries, ace_file));
     messages.out << "Pelkrin-view: report of " << summaries.size() << " contigs written to "
                  << (folder / "index.html").string() << std::endl;
+    if (!messages.out) throw fatal_error(1, "Pelkrin-view: can not write standard output\n");
 }
 
 }  // namespace pelkrin

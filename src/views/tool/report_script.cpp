@@ -309,7 +309,10 @@ std::string_view report_script() {
     var called = values.map(function () { return []; });
     flowOf.forEach(function (f, k) { if (f >= 0 && f < called.length) called[f].push(k); });
     var most = 4, stack = 1;
-    values.forEach(function (v) { most = Math.max(most, Math.ceil(v / 100)); });
+    // A flowgram value is 16 bits: no signal is above 656 bases. A reads file
+    // that says otherwise draws its bars cut at that height, never an axis
+    // of millions of lines.
+    values.forEach(function (v) { most = Math.max(most, Math.min(656, Math.ceil(v / 100))); });
     called.forEach(function (c) { stack = Math.max(stack, c.length); });
     var col = 14, unit = 28, left = 34, top = 8, plotH = most * unit, axis = top + plotH;
     var baseTop = axis + 28, qualTop = baseTop + stack * 13 + 2;
@@ -322,7 +325,7 @@ std::string_view report_script() {
     }
     values.forEach(function (v, f) {
       var letter = FLOW_ORDER[f % 4], k = colourClass.get(letter) || '', x = left + f * col;
-      var h = v / 100 * unit;
+      var h = Math.min(v / 100, most) * unit;
       svg += '<rect class="bar ' + k + '" data-flow="' + f + '" data-value="' + v + '" x="' + (x + 2) + '" y="' +
              (axis - h) + '" width="' + (col - 3) + '" height="' + h + '"><title>flow ' + (f + 1) + ' ' + letter +
              ': ' + (v / 100).toFixed(2) + '</title></rect>';

@@ -1,6 +1,7 @@
 #include "views/tool/view_run.h"
 
 #include <algorithm>
+#include <exception>
 #include <fstream>
 #include <limits>
 #include <optional>
@@ -91,6 +92,10 @@ int run_view(const std::vector<std::string>& args, std::ostream& out, std::ostre
         } catch (const fatal_error& e) {
             err << e.message() << std::flush;
             return e.status();
+        } catch (const std::exception& e) {
+            // Out of memory, or no thread to be had for the writers.
+            err << "Pelkrin-view: " << e.what() << std::endl;
+            return 1;
         }
         return 0;
     }
