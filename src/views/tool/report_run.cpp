@@ -94,7 +94,11 @@ public:
         if (!entry) return no_flowgrams(c, "No flowgrams: the location index has no entry for this contig.");
         const auto next = std::upper_bound(offsets_.begin(), offsets_.end(), entry->offset);
         const int64_t end = next == offsets_.end() ? -1 : *next;
-        const std::string block = read_file_range(reads_, entry->offset, end);
+        // A header line and the data lines of each read; a count beyond any
+        // file's lines stands for "up to the next contig".
+        const uint64_t per_read = static_cast<uint64_t>(entry->lines_per_read) + 1;
+        const uint64_t lines = entry->read_count > UINT64_MAX / per_read ? UINT64_MAX : entry->read_count * per_read;
+        const std::string block = read_contig_block(reads_, entry->offset, end, lines);
         return contig_flowgram_files(c, block, *entry, reads_per_flowgram_file);
     }
 
