@@ -29,10 +29,8 @@ void contig_feed::read_all() {
     item last;
     try {
         while (true) {
-            contig c;
-            if (!ace_.next_contig(c)) break;
             item i;
-            i.names = contig_names::of(c);
+            if (!ace_.next_contig_names(i.names)) break;
             const std::size_t weight = i.names.reads() + 1;
             if (!queue_.push(std::move(i), weight)) return;
         }

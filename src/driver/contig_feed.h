@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "ace/ace_reader.h"
-#include "driver/contig_names.h"
+#include "ace/contig_names.h"
 #include "driver/work_queue.h"
 
 namespace pelkrin {
