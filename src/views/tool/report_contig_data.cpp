@@ -43,11 +43,11 @@ void append_flows(std::string& out, const std::vector<int32_t>& values) {
 
 }  // namespace
 
-std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_places& places) {
+void append_contig_data_js(std::string& out, contig& c, const colour_map& colours, const flowgram_places& places) {
     if (c.print_map.empty()) c.create_print_map();
     const flow_space flows = build_flow_space(c);
 
-    std::string out = "pelkrinContig({\"name\":";
+    out.append("pelkrinContig({\"name\":");
     append_json_string(out, c.name);
     out.append(",\"maxReadLen\":");
     append_number(out, c.max_read_len);
@@ -120,6 +120,11 @@ std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_
     out.append(",\"flowgramNote\":");
     append_json_string(out, places.note);
     out.append("});\n");
+}
+
+std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_places& places) {
+    std::string out;
+    append_contig_data_js(out, c, colours, places);
     return out;
 }
 
