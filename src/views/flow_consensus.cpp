@@ -83,24 +83,29 @@ void collect_run_starts_with_n(const std::vector<char>& consensus, const READ& r
 
 // Collects the run starts of one read into `starts`. Without an 'N' a base
 // starts a run just when it differs from the one before it, which
-// mark_run_starts tests many bases at once.
+// mark_run_starts tests many bases at once. An 'N' changes only the start at
+// its own index (and, first in the read, the one after it), so when the marked
+// bases hold one, the rules base by base give the same starts and those.
 void collect_run_starts(const std::vector<char>& consensus, const READ& read, run_starts& starts) {
     const int64_t s = static_cast<int64_t>(read.pos) - 1;
     // The bases in use: the padded length, or fewer when the read holds fewer.
     const int64_t n = std::min<int64_t>(read.len, static_cast<int64_t>(read.seq.size()));
     if (n <= 0) return;
     const char* bases = read.seq.data();
-    if (holds_n(bases, static_cast<std::size_t>(n))) {
+    const char first = upper(bases[0]);
+    if (first == 'N') {
         collect_run_starts_with_n(consensus, read, starts);
         return;
     }
-    record(starts, s, upper(bases[0]));
+    record(starts, s, first);
     // Bases 1 to n - 1 whose consensus index exists.
     const int64_t size = static_cast<int64_t>(starts.size());
     const int64_t from = std::max<int64_t>(1, -s);
     const int64_t to = std::min<int64_t>(n, size - s);
     if (from >= to) return;
-    mark_run_starts(bases + from - 1, starts.data() + (s + from), static_cast<std::size_t>(to - from));
+    if (mark_run_starts(bases + from - 1, starts.data() + (s + from), static_cast<std::size_t>(to - from))) {
+        collect_run_starts_with_n(consensus, read, starts);
+    }
 }
 
 // Builds the flows of the contig's consensus; `place(i, letter, k)` is told

@@ -21,10 +21,8 @@ constexpr std::uint8_t cycle_bit(char ch) {
 // For every k below `count`: when bases[k + 1] begins a run, that is differs
 // from bases[k] once both are upper-cased, the cycle bit of its upper-case
 // letter is ORed into marks[k]. A pad or an 'N' marks nothing, so a stretch
-// with an 'N' needs the caller's own rules. `bases` holds count + 1 characters.
-void mark_run_starts(const char* bases, std::uint8_t* marks, std::size_t count);
-
-// Whether bases[0] to bases[count - 1] hold an 'N' or 'n'.
-bool holds_n(const char* bases, std::size_t count);
+// with an 'N' needs the caller's own rules: true when bases[1] to
+// bases[count] hold an 'N' or 'n'. `bases` holds count + 1 characters.
+bool mark_run_starts(const char* bases, std::uint8_t* marks, std::size_t count);
 
 }  // namespace pelkrin

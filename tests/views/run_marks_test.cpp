@@ -13,7 +13,8 @@ namespace pelkrin::test {
 namespace {
 
 std::vector<std::uint8_t> marked(const std::string& bases, std::vector<std::uint8_t> marks) {
-    mark_run_starts(bases.data(), marks.data(), bases.size() - 1);
+    const bool n_met = mark_run_starts(bases.data(), marks.data(), bases.size() - 1);
+    EXPECT_EQ(n_met, bases.find_first_of("Nn", 1) != std::string::npos) << bases;
     return marks;
 }
 
@@ -48,12 +49,12 @@ TEST(RunMarks, MatchesTheRuleOnRandomBases) {
     }
 }
 
-TEST(RunMarks, HoldsNFindsEitherCase) {
-    EXPECT_FALSE(holds_n("ACGT*acgt", 9));
-    EXPECT_TRUE(holds_n("ACGTn", 5));
-    EXPECT_TRUE(holds_n("NACGT", 5));
-    EXPECT_FALSE(holds_n("ACGTN", 4));
-    EXPECT_FALSE(holds_n("", 0));
+TEST(RunMarks, TellsOfAnNAfterTheFirstBase) {
+    std::vector<std::uint8_t> marks(4, 0);
+    EXPECT_FALSE(mark_run_starts("NACGT", marks.data(), 4));
+    EXPECT_TRUE(mark_run_starts("ACnGT", marks.data(), 4));
+    EXPECT_TRUE(mark_run_starts("ACGTN", marks.data(), 4));
+    EXPECT_FALSE(mark_run_starts("ACGTN", marks.data(), 3));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "views/flow_space.h"
 #include "views/tool/json_text.h"
+#include "views/tool/step_digits.h"
 
 namespace pelkrin {
 namespace {
@@ -19,20 +20,14 @@ void append_number(std::string& out, int64_t v) {
 // position: written as a string of steps, one digit each (the page adds them
 // up), unless a step is not a digit; then as a list of numbers.
 void append_flows(std::string& out, const std::vector<int32_t>& values) {
-    std::string steps;
-    steps.reserve(values.size() + 2);
-    steps.push_back('"');
-    int64_t before = 0;
-    for (const int32_t v : values) {
-        const int64_t step = static_cast<int64_t>(v) - before;
-        if (step < 0 || step > 9) break;
-        steps.push_back(static_cast<char>('0' + step));
-        before = v;
-    }
-    if (steps.size() == values.size() + 1) {
-        out.append(steps).push_back('"');
+    out.push_back('"');
+    const std::size_t at = out.size();
+    out.resize(at + values.size());
+    if (step_digits(values.data(), values.size(), out.data() + at)) {
+        out.push_back('"');
         return;
     }
+    out.resize(at - 1);
     out.push_back('[');
     for (std::size_t i = 0; i < values.size(); ++i) {
         if (i > 0) out.push_back(',');
