@@ -1,5 +1,6 @@
 #include "ace/ace_reader.h"
 
+#include <algorithm>
 #include <array>
 #include <ostream>
 #include <string_view>
@@ -70,12 +71,12 @@ bool aceReader::skip_block() {
     return false;
 }
 
-bool aceReader::read_text_block(std::string& buffer) {
+bool aceReader::read_text_block(std::vector<char>& buffer) {
     buffer.clear();
     std::string_view line;
     while (ace_in.next_line(line)) {
         if (line.empty()) return true;
-        buffer.append(line);
+        buffer.insert(buffer.end(), line.begin(), line.end());
     }
     return false;
 }
@@ -90,6 +91,7 @@ bool aceReader::skip_brace_block() {
 
 bool aceReader::read_af_lines(contig& target, std::string_view first_line, std::string& tag) {
     std::string_view line = first_line;
+    af_order_.clear();
     for (int32_t i = 1; i <= target.read_num; ++i) {
         // The count comes from the file, so the end of input must end the loop.
         if (i > 1 && !ace_in.next_line(line)) return false;
@@ -101,7 +103,7 @@ bool aceReader::read_af_lines(contig& target, std::string_view first_line, std::
         scanner.character(direction);
         scanner.number(read.pos);
         read.uncomplemented = direction == 'C' ? 0 : 1;
-        target.reads.insert_or_assign(read.name, std::move(read));
+        af_order_.push_back(target.reads.insert_or_assign(read.name, std::move(read)).first);
     }
     return true;
 }
@@ -109,7 +111,6 @@ bool aceReader::read_af_lines(contig& target, std::string_view first_line, std::
 bool aceReader::read_rd_section(contig& target, line_scanner& scanner, std::string& tag) {
     if (target.read_num <= 0) return true;
     std::string name;
-    std::string bases;
     std::string held_rest;
     std::string_view line;
     for (int32_t i = 1; i <= target.read_num; ++i) {
@@ -120,15 +121,17 @@ bool aceReader::read_rd_section(contig& target, line_scanner& scanner, std::stri
         }
         name.clear();
         scanner.word(name);
-        const auto found = target.reads.find(name);
+        const std::size_t at = static_cast<std::size_t>(i - 1);
+        auto found = at < af_order_.size() && af_order_[at]->first == name ? af_order_[at] : target.reads.find(name);
         if (found == target.reads.end()) throw fatal_error(1, "Error: AF tag for read " + name + " is missing\n");
         READ& read = found->second;
         scanner.number(read.len);
 
         bool block_ended = false;
         if (keep_sequences_) {
-            block_ended = read_text_block(bases);
-            read.seq.assign(bases.begin(), bases.end());
+            // Most reads hold as many bases as their padded length.
+            read.seq.reserve(static_cast<std::size_t>(std::max<int16_t>(read.len, 0)));
+            block_ended = read_text_block(read.seq);
         } else {
             block_ended = skip_block();
         }
@@ -169,7 +172,6 @@ bool aceReader::read_contig(contig& target) {
 
     std::size_t expected = co_index;
     std::string tag;  // kept across lines: a line of blanks does not change it
-    std::string text;
     std::string_view line;
     while (ace_in.next_line(line)) {
         if (line.empty()) continue;
@@ -191,8 +193,7 @@ bool aceReader::read_contig(contig& target) {
                 char direction = 0;
                 if (scanner.character(direction) && direction == 'U') target.uncomplemented = 1;
                 if (keep_sequences_) {
-                    read_text_block(text);
-                    target.consensus.assign(text.begin(), text.end());
+                    read_text_block(target.consensus);
                 } else {
                     skip_block();
                 }
