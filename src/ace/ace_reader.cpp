@@ -73,12 +73,7 @@ bool aceReader::skip_block() {
 
 bool aceReader::read_text_block(std::vector<char>& buffer) {
     buffer.clear();
-    std::string_view line;
-    while (ace_in.next_line(line)) {
-        if (line.empty()) return true;
-        buffer.insert(buffer.end(), line.begin(), line.end());
-    }
-    return false;
+    return ace_in.append_block(buffer);
 }
 
 bool aceReader::skip_brace_block() {
