@@ -124,9 +124,11 @@ bool aceReader::read_rd_section(contig& target, line_scanner& scanner, std::stri
 
         bool block_ended = false;
         if (keep_sequences_) {
-            // Most reads hold as many bases as their padded length.
+            // Most reads hold as many bases as their padded length; one that
+            // holds far fewer (a damaged file) gives the room back.
             read.seq.reserve(static_cast<std::size_t>(std::max<int16_t>(read.len, 0)));
             block_ended = read_text_block(read.seq);
+            if (read.seq.capacity() > 2 * read.seq.size() + 64) read.seq.shrink_to_fit();
         } else {
             block_ended = skip_block();
         }

@@ -729,5 +729,24 @@ TEST(AceReaderEdge, RdRecordsInAnotherOrderThanTheAfLinesFindTheirReads) {
     EXPECT_EQ(c.reads.at("rc").len, 2);
 }
 
+TEST(AceReaderEdge, ReadWithFarFewerBasesThanItsLengthKeepsNoRoomForThem) {
+    // Room for the padded length is taken before the bases are read: a
+    // damaged file of many such reads must not hold it all.
+    const std::string path = scratch_ace(
+        "AS 1 1\n\nCO c1 4 1 1 U\nACGT\n\nBQ\n20\n\nAF r1 U 1\nBS 1 4 r1\n\n"
+        "RD r1 30000 0 0\nACGT\n\nQA 1 4 1 4\nDS x\n");
+    const auto result = run_captured([&] {
+        aceReader r(path, test::std_console());
+        contig c;
+        ASSERT_TRUE(r.next_contig(c));
+        const READ& read = c.reads.at("r1");
+        EXPECT_EQ(read.len, 30000);
+        EXPECT_EQ(text_of(read.seq), "ACGT");
+        EXPECT_LT(read.seq.capacity(), 1000u);
+    });
+    EXPECT_FALSE(result.exit_status.has_value());
+    EXPECT_EQ(result.err, "");
+}
+
 }  // namespace
 }  // namespace pelkrin
