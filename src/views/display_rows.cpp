@@ -46,7 +46,8 @@ std::vector<std::vector<row_read>> display_rows(const contig& c) {
         starts.push_back({entry.second.pos, static_cast<uint32_t>(starts.size())});
         lengths.push_back(entry.second.len);
     }
-    std::stable_sort(starts.begin(), starts.end(), [](const row_read& a, const row_read& b) { return a.pos < b.pos; });
+    std::sort(starts.begin(), starts.end(),
+              [](const row_read& a, const row_read& b) { return a.pos < b.pos || (a.pos == b.pos && a.read < b.read); });
 
     pending_reads pending(starts.size());
     std::size_t remaining = starts.size();

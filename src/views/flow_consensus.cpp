@@ -170,23 +170,28 @@ flow_space build_flow_space(const contig& c) {
     int last = at == std::string_view::npos ? other_flow : static_cast<int>(at);
 
     // An index without flows takes those of the nearest index before it that
-    // has any, or 0, as the look-ups walk back.
+    // has any, or 0, as the look-ups walk back. Plain pointers: the compiler
+    // cannot tell that the flows written do not change the vectors.
     int32_t k = 0;  // index of the last flow
     int32_t first_here = 0;
     int32_t last_here = 0;
+    const std::uint8_t* marks = starts.data();
+    int32_t* firsts = fs.first_flow.data();
+    int32_t* lasts = fs.last_flow.data();
     char* end = fs.flows.data() + 1;
+    const flow_step* steps = flow_steps[static_cast<std::size_t>(last)].data();
     for (std::size_t i = 0; i < n; ++i) {
-        if (starts[i] != 0) {
-            const flow_step& step = flow_steps[static_cast<std::size_t>(last)][starts[i]];
+        if (marks[i] != 0) {
+            const flow_step& step = steps[marks[i]];
             std::memcpy(end, step.letters.data(), step.letters.size());
             end += step.count;
             first_here = k + step.first_offset;
             k += step.count;
             last_here = k;
-            last = step.last;
+            steps = flow_steps[step.last].data();
         }
-        fs.first_flow[i] = first_here;
-        fs.last_flow[i] = last_here;
+        firsts[i] = first_here;
+        lasts[i] = last_here;
     }
     fs.flows.resize(static_cast<std::size_t>(end - fs.flows.data()));
     return fs;

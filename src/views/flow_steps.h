@@ -13,7 +13,8 @@ namespace pelkrin {
 // flow that is no letter of the cycle (a consensus character taken as it is).
 inline constexpr int other_flow = 4;
 
-struct flow_step {
+// Eight bytes, so that a step is found with one shift.
+struct alignas(8) flow_step {
     std::array<char, 4> letters{};  // the flows appended, in cycle order
     std::uint8_t count = 0;         // how many of `letters` are appended
     std::uint8_t first_offset = 0;  // the position's first flow is the last flow before it plus this
