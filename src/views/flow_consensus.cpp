@@ -84,8 +84,9 @@ void collect_run_starts_with_n(const std::vector<char>& consensus, const READ& r
 // Collects the run starts of one read into `starts`. Without an 'N' a base
 // starts a run just when it differs from the one before it, which
 // mark_run_starts tests many bases at once. An 'N' changes only the start at
-// its own index (and, first in the read, the one after it), so when the marked
-// bases hold one, the rules base by base give the same starts and those.
+// its own index (and, first in the read, the one after it): when the marked
+// bases hold one, the rules base by base run as well, and mark the same
+// starts elsewhere besides those of the 'N's.
 void collect_run_starts(const std::vector<char>& consensus, const READ& read, run_starts& starts) {
     const int64_t s = static_cast<int64_t>(read.pos) - 1;
     // The bases in use: the padded length, or fewer when the read holds fewer.
@@ -108,9 +109,7 @@ void collect_run_starts(const std::vector<char>& consensus, const READ& read, ru
     }
 }
 
-// Builds the flows of the contig's consensus; `place(i, letter, k)` is told
-// that run starts of `letter` at consensus index i are at flow k, in the
-// order of the flow cycle within a position. Nothing when there are no reads.
+// The run starts of all the contig's reads, by consensus index.
 run_starts collect_all_run_starts(const contig& c) {
     run_starts starts(c.consensus.size(), 0);
     for (const auto& entry : c.reads) collect_run_starts(c.consensus, entry.second, starts);
@@ -123,6 +122,9 @@ char first_flow_letter(const contig& c) {
     return first == '*' || first == 'N' || first == 'n' ? 'T' : first;
 }
 
+// Builds the flows of the contig's consensus; `place(i, letter, k)` is told
+// that run starts of `letter` at consensus index i are at flow k, in the
+// order of the flow cycle within a position. Nothing when there are no reads.
 template <typename Place>
 void walk_flows(const contig& c, std::vector<char>& flows, Place place) {
     if (c.reads.empty()) return;
