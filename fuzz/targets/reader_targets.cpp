@@ -1,6 +1,7 @@
 // Fuzz targets of the two readers, on the bytes in memory, and of the whole run.
 #include <cstring>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "ace/ace_reader.h"
@@ -11,14 +12,39 @@
 
 namespace pelkrin::fuzz {
 
-void ace_reader(const std::uint8_t* data, std::size_t size) {
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
-    run_guarded([&] {
+namespace {
+
+// The contigs' names and their reads' names as one reading gives them, with
+// how it ended: the end, or the message it stopped with.
+std::string names_read(std::string_view text, bool names_only) {
+    std::string seen;
+    const int status = run_guarded([&] {
         aceReader reader("in.ace", text, quiet());
         while (true) {
-            contig c;
-            if (!reader.next_contig(c)) break;
+            if (names_only) {
+                contig_names c;
+                if (!reader.next_contig_names(c)) break;
+                seen.append(c.name).append("\n");
+                for (std::size_t i = 0; i < c.reads(); ++i) seen.append(" ").append(c.read_name(i)).append("\n");
+            } else {
+                contig c;
+                if (!reader.next_contig(c)) break;
+                seen.append(c.name).append("\n");
+                for (const auto& entry : c.reads) seen.append(" ").append(entry.first).append("\n");
+            }
         }
+        seen.append(reader.ended_inside_contig() ? "cut " + reader.unfinished_contig() : "end");
+    });
+    return seen + std::to_string(status);
+}
+
+}  // namespace
+
+void ace_reader(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    // Reading names only gives what the whole reading gives.
+    if (names_read(text, true) != names_read(text, false)) std::abort();
+    run_guarded([&] {
         std::vector<contig> some;
         aceReader again("in.ace", text, quiet());
         again.next_contig(some, 3);

@@ -21,10 +21,13 @@ void reads_file(const std::uint8_t* data, std::size_t size) {
     const std::string_view index = rest.substr(0, std::min<std::size_t>(index_length, rest.size()));
     const std::string_view reads = rest.substr(index.size());
 
-    const std::vector<qdx_entry> entries = parse_qdx(index);
+    const qdx_table table = make_qdx_table(parse_qdx(index));
+    const std::vector<qdx_entry>& entries = table.entries;
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const qdx_entry& entry = entries[i];
-        if (find_qdx_entry(entries, i, entry.contig_name) == nullptr) std::abort();
+        // By place, or else the first entry of the name.
+        const qdx_entry* found = find_qdx_entry(table, i, entry.contig_name);
+        if (found == nullptr || found->contig_name != entry.contig_name || found > &entry) std::abort();
         if (entry.offset > static_cast<int64_t>(reads.size())) continue;
         const std::string_view block = reads.substr(static_cast<std::size_t>(entry.offset));
         contig c;

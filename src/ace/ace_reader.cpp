@@ -98,9 +98,64 @@ bool aceReader::read_af_lines(contig& target, std::string_view first_line, std::
         scanner.character(direction);
         scanner.number(read.pos);
         read.uncomplemented = direction == 'C' ? 0 : 1;
-        af_order_.push_back(target.reads.insert_or_assign(read.name, std::move(read)).first);
+        if (names_ != nullptr) {
+            af_names_ += read.name;
+            af_ends_.push_back(af_names_.size());
+        } else {
+            af_order_.push_back(target.reads.insert_or_assign(read.name, std::move(read)).first);
+        }
     }
+    if (names_ != nullptr) gather_names();
     return true;
+}
+
+void aceReader::gather_names() {
+    std::vector<std::string_view> sorted;
+    sorted.reserve(af_ends_.size());
+    for (std::size_t i = 0, begin = 0; i < af_ends_.size(); begin = af_ends_[i++]) {
+        sorted.push_back(std::string_view(af_names_).substr(begin, af_ends_[i] - begin));
+    }
+    // The order and the uniqueness of contig::reads' keys.
+    std::sort(sorted.begin(), sorted.end());
+    sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
+    names_->names.clear();
+    names_->names.reserve(af_names_.size());
+    names_->name_ends.clear();
+    names_->name_ends.reserve(sorted.size());
+    for (std::string_view name : sorted) {
+        names_->names += name;
+        names_->name_ends.push_back(names_->names.size());
+    }
+}
+
+READ& aceReader::read_named(contig& target, const std::string& name, int32_t i) {
+    if (names_ == nullptr) {
+        // RD records mostly come in the order of the AF lines.
+        const auto at = static_cast<std::size_t>(i - 1);
+        if (at < af_order_.size() && af_order_[at]->first == name) return af_order_[at]->second;
+        const auto found = target.reads.find(name);
+        if (found == target.reads.end()) throw fatal_error(1, "Error: AF tag for read " + name + " is missing\n");
+        return found->second;
+    }
+    // RD records mostly come in the order of the AF lines.
+    const auto at = static_cast<std::size_t>(i - 1);
+    if (at < af_ends_.size()) {
+        const std::size_t begin = at == 0 ? 0 : af_ends_[at - 1];
+        if (std::string_view(af_names_).substr(begin, af_ends_[at] - begin) == name) return unkept_read_;
+    }
+    // Else among the sorted names.
+    std::size_t low = 0;
+    std::size_t high = names_->reads();
+    while (low < high) {
+        const std::size_t middle = low + (high - low) / 2;
+        if (names_->read_name(middle) < name) {
+            low = middle + 1;
+        } else {
+            high = middle;
+        }
+    }
+    if (low < names_->reads() && names_->read_name(low) == name) return unkept_read_;
+    throw fatal_error(1, "Error: AF tag for read " + name + " is missing\n");
 }
 
 bool aceReader::read_rd_section(contig& target, line_scanner& scanner, std::string& tag) {
@@ -116,14 +171,11 @@ bool aceReader::read_rd_section(contig& target, line_scanner& scanner, std::stri
         }
         name.clear();
         scanner.word(name);
-        const std::size_t at = static_cast<std::size_t>(i - 1);
-        auto found = at < af_order_.size() && af_order_[at]->first == name ? af_order_[at] : target.reads.find(name);
-        if (found == target.reads.end()) throw fatal_error(1, "Error: AF tag for read " + name + " is missing\n");
-        READ& read = found->second;
+        READ& read = read_named(target, name, i);
         scanner.number(read.len);
 
         bool block_ended = false;
-        if (keep_sequences_) {
+        if (names_ == nullptr) {
             // Most reads hold as many bases as their padded length; one that
             // holds far fewer (a damaged file) gives the room back.
             read.seq.reserve(static_cast<std::size_t>(std::max<int16_t>(read.len, 0)));
@@ -151,6 +203,24 @@ bool aceReader::read_rd_section(contig& target, line_scanner& scanner, std::stri
         ace_in.next_line(line);  // the DS line, whatever it holds
     }
     return true;
+}
+
+bool aceReader::next_contig_names(contig_names& target) {
+    target = contig_names{};
+    af_names_.clear();
+    af_ends_.clear();
+    contig c;
+    names_ = &target;
+    bool whole = false;
+    try {
+        whole = next_contig(c);
+    } catch (...) {
+        names_ = nullptr;
+        throw;
+    }
+    names_ = nullptr;
+    target.name = std::move(c.name);
+    return whole;
 }
 
 bool aceReader::next_contig(contig& target) {
@@ -189,7 +259,7 @@ bool aceReader::read_contig(contig& target) {
                 scanner.number(target.seg_num);
                 char direction = 0;
                 if (scanner.character(direction) && direction == 'U') target.uncomplemented = 1;
-                if (keep_sequences_) {
+                if (names_ == nullptr) {
                     read_text_block(target.consensus);
                 } else {
                     skip_block();

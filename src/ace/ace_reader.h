@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "contig.h"
+#include "contig_names.h"
 #include "../common/console.h"
 #include "line_scanner.h"
 #include "line_source.h"
@@ -44,16 +45,15 @@ public:
     bool ended_inside_contig() const { return ended_inside_contig_; }
     const std::string& unfinished_contig() const { return begun_name_; }
     bool unfinished_contig_had_cr() const { return co_line_had_cr_; }
+    // Reads the next contig as next_contig does, lines read and checked alike,
+    // but keeps only what the reads file needs: its name and its reads' names
+    // (the keys of contig::reads), passing over the bases. `target` is filled anew.
+    bool next_contig_names(contig_names& target);
     // Appends up to `max_count` freshly read contigs; returns how many.
     int32_t next_contig(std::vector<contig>& out, int16_t max_count);
-    // Whether next_contig fills the consensus and each read's bases (the
-    // default), or passes over them: the lines are read and checked alike,
-    // only not kept. The reads file needs no bases.
-    void keep_sequences(bool keep) { keep_sequences_ = keep; }
 
 private:
     console messages_;
-    bool keep_sequences_ = true;
     bool contig_begun_ = false;         // this call has handled a CO record
     bool ended_inside_contig_ = false;
     std::string begun_name_;            // the name on the last CO line
@@ -62,7 +62,20 @@ private:
     // its RD records in most files: each RD record looks there first.
     std::vector<std::map<std::string, READ>::iterator> af_order_;
 
+    // While next_contig_names reads a contig: where the names go, the names
+    // of its AF lines in the file's order (one after another, and where each
+    // ends), and the read its RD and QA lines are read into.
+    contig_names* names_ = nullptr;
+    std::string af_names_;
+    std::vector<std::size_t> af_ends_;
+    READ unkept_read_;
+
     void read_header();
+    // The read an RD line names, from contig::reads or, names only, from the
+    // AF names; throws when no AF line names it. `i` counts the RD lines from 1.
+    READ& read_named(contig& target, const std::string& name, int32_t i);
+    // Names only: the AF names, sorted and each once, into names_.
+    void gather_names();
     bool read_contig(contig& target);
     // Both take the lines up to the next blank one and return false when the
     // input ended first; the second gathers them into `buffer`.

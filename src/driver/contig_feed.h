@@ -2,13 +2,13 @@
 // Reads the assembly's contigs on a thread of its own, ahead of their use, and
 // hands them over in file order as the names their entries need. The thread
 // starts with the feed and reads until the file ends, something ends the
-// reading early, or the feed is cancelled; it holds at most some hundreds of
-// thousands of names at a time, and waits while they are not taken.
+// reading early, or the feed is cancelled; it holds at most about a million
+// names at a time, and waits while they are not taken.
 #include <exception>
 #include <thread>
 
 #include "ace/ace_reader.h"
-#include "driver/contig_names.h"
+#include "ace/contig_names.h"
 #include "driver/work_queue.h"
 
 namespace pelkrin {

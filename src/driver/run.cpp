@@ -108,7 +108,6 @@ int run(const run_request& request, console messages) {
 
     // The assembly is read on a thread of its own from here on, while this
     // thread indexes the SFF file. Only the reads' names are needed.
-    ace.keep_sequences(false);
     contig_feed feed(ace);
     // The only pass over all of the SFF file's records; after it, records are
     // read where the index says.

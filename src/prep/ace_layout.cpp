@@ -97,6 +97,14 @@ private:
         return true;
     }
     void edit(std::uint64_t line, ace_edit::kind what, std::string text = {}) {
+        // A file of millions of stray lines would otherwise hold an edit for each.
+        if (what == ace_edit::drop && !f_.edits.empty()) {
+            ace_edit& last = f_.edits.back();
+            if (last.what == ace_edit::drop && last.needed && last.line + last.lines == line) {
+                ++last.lines;
+                return;
+            }
+        }
         f_.edits.push_back(ace_edit{line, what, std::move(text)});
     }
 

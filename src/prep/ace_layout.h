@@ -22,6 +22,7 @@ struct ace_edit {
     std::uint64_t line = 0;  // 1-based; one past the last line inserts at the end
     kind what = insert_before;
     std::string text;  // inserted or replacing lines, each ended by a line feed
+    std::uint64_t lines = 1;  // for a drop: the lines dropped from `line` on (a run of stray lines is one edit)
     // False for an edit Pelkrin's reader does not need (a DS line where the
     // line after the QA line, which it passes over, is empty anyway).
     bool needed = true;

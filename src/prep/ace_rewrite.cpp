@@ -1,5 +1,7 @@
 #include "prep/ace_rewrite.h"
 
+#include <algorithm>
+
 #include "driver/text_buffer.h"
 #include "prep/ace_lines.h"
 #include "prep/progress.h"
@@ -10,16 +12,21 @@ void write_ace(std::span<const std::uint8_t> bytes, const std::vector<ace_edit>&
                progress* shown) {
     ace_lines lines(bytes);
     std::size_t e = 0;
+    std::uint64_t dropped_to = 0;  // the last line of the drops met so far
     ace_line l;
     while (lines.next(l)) {
-        bool keep = true;
+        bool keep = l.number > dropped_to;
         for (; e < edits.size() && edits[e].line == l.number; ++e) {
             const ace_edit& ed = edits[e];
             if (ed.what == ace_edit::drop_rest) {
                 if (shown != nullptr) shown->finish();
                 return;
             }
-            if (ed.what != ace_edit::drop) out.write(ed.text);
+            if (ed.what == ace_edit::drop) {
+                dropped_to = std::max(dropped_to, l.number + ed.lines - 1);
+            } else {
+                out.write(ed.text);
+            }
             if (ed.what != ace_edit::insert_before) keep = false;
         }
         if (keep) {

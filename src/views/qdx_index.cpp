@@ -1,6 +1,7 @@
 #include "qdx_index.h"
 
 #include <charconv>
+#include <utility>
 
 namespace pelkrin {
 namespace {
@@ -50,12 +51,19 @@ std::vector<qdx_entry> parse_qdx(std::string_view text) {
     return entries;
 }
 
-const qdx_entry* find_qdx_entry(const std::vector<qdx_entry>& entries, std::size_t ordinal, std::string_view name) {
+qdx_table make_qdx_table(std::vector<qdx_entry> entries) {
+    qdx_table table;
+    table.entries = std::move(entries);
+    table.first_of_name.reserve(table.entries.size());
+    for (std::size_t i = 0; i < table.entries.size(); ++i) table.first_of_name.try_emplace(table.entries[i].contig_name, i);
+    return table;
+}
+
+const qdx_entry* find_qdx_entry(const qdx_table& table, std::size_t ordinal, std::string_view name) {
+    const std::vector<qdx_entry>& entries = table.entries;
     if (ordinal < entries.size() && entries[ordinal].contig_name == name) return &entries[ordinal];
-    for (const qdx_entry& entry : entries) {
-        if (entry.contig_name == name) return &entry;
-    }
-    return nullptr;
+    const auto found = table.first_of_name.find(std::string(name));
+    return found == table.first_of_name.end() ? nullptr : &entries[found->second];
 }
 
 }  // namespace pelkrin

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace pelkrin {
@@ -19,9 +20,19 @@ struct qdx_entry {
 // tab-separated numbers (an offset of -1 among them) is left out.
 std::vector<qdx_entry> parse_qdx(std::string_view text);
 
+// The entries of an index file, and where the first entry of each name is:
+// an index in another order than the ACE file's (or of another file) is
+// searched by name without a pass over every entry for every contig.
+struct qdx_table {
+    std::vector<qdx_entry> entries;
+    std::unordered_map<std::string, std::size_t> first_of_name;
+};
+
+qdx_table make_qdx_table(std::vector<qdx_entry> entries);
+
 // The entry of the contig that comes `ordinal`-th (from 0) in the file and is
 // named `name`: the entry at that place when its name matches, otherwise the
 // first entry of that name; null when there is none.
-const qdx_entry* find_qdx_entry(const std::vector<qdx_entry>& entries, std::size_t ordinal, std::string_view name);
+const qdx_entry* find_qdx_entry(const qdx_table& table, std::size_t ordinal, std::string_view name);
 
 }  // namespace pelkrin

@@ -128,8 +128,8 @@ std::string joined(const std::vector<std::string>& parts, const std::string& bet
 
 // The data lines of `read` in the block of `contig` of Pelkrin's output beside `ace`.
 std::vector<std::string> reads_file_lines(const fs::path& prefix, const std::string& contig, const std::string& read) {
-    const std::vector<qdx_entry> entries = parse_qdx(read_file(prefix.string() + ".qdx"));
-    const qdx_entry* entry = find_qdx_entry(entries, 0, contig);
+    const qdx_table index = make_qdx_table(parse_qdx(read_file(prefix.string() + ".qdx")));
+    const qdx_entry* entry = find_qdx_entry(index, 0, contig);
     if (!entry) return {};
     const std::string reads = read_file(prefix.string() + ".reads");
     for (const read_entry& e : parse_read_block(std::string_view(reads).substr(static_cast<std::size_t>(entry->offset)),

@@ -7,6 +7,8 @@
 
 #include "files.h"
 #include "prep/ace_layout.h"
+#include "prep/ace_rewrite.h"
+#include "prep/string_output.h"
 #include "prep_fixture.h"
 
 namespace pelkrin::test {
@@ -155,6 +157,34 @@ TEST(PrepAceDialects, SmallerMendingsReadAlike) {
     EXPECT_EQ(found[0].reads.at("r2").uncomplemented, 0);
     EXPECT_EQ(repaired.find("stray"), std::string::npos);
     EXPECT_EQ(repaired.find("outside"), std::string::npos);
+}
+
+// A run of stray lines is one edit, however long: a file of a million of
+// them is repaired with one edit, and every stray line is dropped, the lines
+// around the run kept.
+TEST(PrepAceDialects, ARunOfStrayLinesIsOneEdit) {
+    const std::string contig_text = data("consed_sample.ace");
+    std::string text = contig_text;
+    for (int i = 0; i < 1000000; ++i) text.append("XX stray\n");
+    text.append("\nYY outside\n");
+    prep::ace_options options;
+    const auto bytes = bytes_of(text);
+    const auto f = prep::read_ace(bytes, "s.ace", options);
+    EXPECT_EQ(f.stray.count, 1000001u);
+    EXPECT_LE(f.edits.size(), 3u);
+    prep::string_output out;
+    prep::write_ace(bytes, f.edits, out);
+    EXPECT_EQ(out.text().find("stray"), std::string::npos);
+    EXPECT_EQ(out.text().find("outside"), std::string::npos);
+    EXPECT_EQ(out.text().substr(0, contig_text.size()), contig_text);
+    // A stray run between two contigs: the contig after it is kept whole.
+    std::string two = contig_text;
+    two.append("XX stray\nXX stray\n\n").append(contig_text.substr(contig_text.find("CO ")));
+    std::string repaired;
+    const auto found = lenient_contigs(two, repaired);
+    EXPECT_EQ(found.size(), 2u);
+    EXPECT_EQ(repaired.find("stray"), std::string::npos);
+    expect_same_reading(two);
 }
 
 TEST(PrepAceDialects, ContigsNoReadingMakesSenseOfAreRefused) {

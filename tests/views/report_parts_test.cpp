@@ -1,6 +1,11 @@
 // Pieces of Pelkrin-view's report that need no browser: the JSON text of
 // names, the contig's summary and depth, and the flowgram files.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <gtest/gtest.h>
+
+#include <cstdint>
 
 #include "files.h"
 #include "views/qdx_index.h"
@@ -30,6 +35,32 @@ TEST(ReportFiles, AFileWrittenAgainHoldsTheNewTextAlone) {
     EXPECT_EQ(read_file(folder / "page.html"), "longer than the one before\n");
     write_report_file(folder, "page.html", "");
     EXPECT_EQ(read_file(folder / "page.html"), "");
+}
+
+// A contig's block is read up to its last entry, the next contig's header,
+// or the end given, and no further: a location index that lists one offset
+// for every contig, or only some contigs, costs no read to the end of a
+// large reads file per contig.
+TEST(ReportFiles, AContigBlockEndsWithItsEntries) {
+    const std::filesystem::path folder = scratch_subdir("report-blocks");
+    const std::string first = "r1\t1\n30\t31\n0\t1\n100\t95\nr2\t1\n20\n2\n105\n";
+    const std::string second = ">Contig2\t1\t3\nr3\t1\n40\n1\n99\n";
+    std::string tail(3u << 20, '7');  // more than one piece read past the contigs
+    for (std::size_t at = 79; at < tail.size(); at += 80) tail[at] = '\n';
+    write_report_file(folder, "asm.reads", first + second + tail);
+    const int fd = ::open((folder / "asm.reads").c_str(), O_RDONLY);
+    ASSERT_GE(fd, 0);
+    EXPECT_EQ(read_contig_block(fd, 0, -1, 8), first);                  // its two entries of four lines
+    EXPECT_EQ(read_contig_block(fd, 0, -1, 5), first.substr(0, 27));    // fewer lines asked for
+    EXPECT_EQ(read_contig_block(fd, 0, -1, UINT64_MAX), first);         // stops at the next header
+    EXPECT_EQ(read_contig_block(fd, 0, 10, 8), first.substr(0, 10));    // the end given comes first
+    const auto third = static_cast<int64_t>((first + second).size() - 13);
+    EXPECT_EQ(read_contig_block(fd, third, -1, 4), second.substr(second.size() - 13));
+    const auto past = static_cast<int64_t>((first + second).size());
+    EXPECT_EQ(read_contig_block(fd, past, -1, UINT64_MAX), tail);       // no header after: to the end
+    EXPECT_EQ(read_contig_block(fd, past, -1, 2), tail.substr(0, 160));
+    EXPECT_EQ(read_contig_block(fd, 0, -1, 0), "");
+    ::close(fd);
 }
 
 TEST(ReportJson, NamesCannotCloseAScriptOrAString) {

@@ -70,16 +70,16 @@ public:
             return;
         }
         struct stat st {};
-        entries_ = parse_qdx(read_file_range(index, 0, ::fstat(index, &st) == 0 ? st.st_size : 0));
+        index_ = make_qdx_table(parse_qdx(read_file_range(index, 0, ::fstat(index, &st) == 0 ? st.st_size : 0)));
         ::close(index);
         reads_ = open_regular(prefix + ".reads");
         if (reads_ < 0) {
             note_ = "No flowgrams: " + prefix + ".reads can not be read.";
             reads_ = -1;
-            entries_.clear();
+            index_ = {};
             return;
         }
-        for (const qdx_entry& e : entries_) offsets_.push_back(e.offset);
+        for (const qdx_entry& e : index_.entries) offsets_.push_back(e.offset);
         std::sort(offsets_.begin(), offsets_.end());
     }
     ~reads_source() {
@@ -92,16 +92,20 @@ public:
     // file, read from its part of the reads file only. Any thread may ask.
     contig_flowgrams flowgrams(const contig& c, std::size_t ordinal) const {
         if (reads_ < 0) return no_flowgrams(c, note_);
-        const qdx_entry* entry = find_qdx_entry(entries_, ordinal, c.name);
+        const qdx_entry* entry = find_qdx_entry(index_, ordinal, c.name);
         if (!entry) return no_flowgrams(c, "No flowgrams: the location index has no entry for this contig.");
         const auto next = std::upper_bound(offsets_.begin(), offsets_.end(), entry->offset);
         const int64_t end = next == offsets_.end() ? -1 : *next;
-        const std::string block = read_file_range(reads_, entry->offset, end);
+        // A header line and the data lines of each read; a count beyond any
+        // file's lines stands for "up to the next contig".
+        const uint64_t per_read = static_cast<uint64_t>(entry->lines_per_read) + 1;
+        const uint64_t lines = entry->read_count > UINT64_MAX / per_read ? UINT64_MAX : entry->read_count * per_read;
+        const std::string block = read_contig_block(reads_, entry->offset, end, lines);
         return contig_flowgram_files(c, block, *entry, reads_per_flowgram_file);
     }
 
 private:
-    std::vector<qdx_entry> entries_;
+    qdx_table index_;
     std::vector<int64_t> offsets_;  // of the entries, sorted, to find where a block ends
     int reads_ = -1;
     std::string note_;  // why there are no flowgrams, when there are none

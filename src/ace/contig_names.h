@@ -1,12 +1,12 @@
 #pragma once
-// What the output files need of a contig: its name and its reads' names, in
-// ascending order (the order of contig::reads).
+// What Pelkrin's output files need of a contig: its name and its reads'
+// names, each once, in ascending order (the order of contig::reads).
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "ace/contig.h"
+#include "contig.h"
 
 namespace pelkrin {
 
