@@ -71,14 +71,9 @@ bool aceReader::skip_block() {
     return false;
 }
 
-bool aceReader::read_text_block(std::string& buffer) {
+bool aceReader::read_text_block(std::vector<char>& buffer) {
     buffer.clear();
-    std::string_view line;
-    while (ace_in.next_line(line)) {
-        if (line.empty()) return true;
-        buffer.append(line);
-    }
-    return false;
+    return ace_in.append_block(buffer);
 }
 
 bool aceReader::skip_brace_block() {
@@ -91,6 +86,7 @@ bool aceReader::skip_brace_block() {
 
 bool aceReader::read_af_lines(contig& target, std::string_view first_line, std::string& tag) {
     std::string_view line = first_line;
+    af_order_.clear();
     for (int32_t i = 1; i <= target.read_num; ++i) {
         // The count comes from the file, so the end of input must end the loop.
         if (i > 1 && !ace_in.next_line(line)) return false;
@@ -106,7 +102,7 @@ bool aceReader::read_af_lines(contig& target, std::string_view first_line, std::
             af_names_ += read.name;
             af_ends_.push_back(af_names_.size());
         } else {
-            target.reads.insert_or_assign(read.name, std::move(read));
+            af_order_.push_back(target.reads.insert_or_assign(read.name, std::move(read)).first);
         }
     }
     if (names_ != nullptr) gather_names();
@@ -134,6 +130,9 @@ void aceReader::gather_names() {
 
 READ& aceReader::read_named(contig& target, const std::string& name, int32_t i) {
     if (names_ == nullptr) {
+        // RD records mostly come in the order of the AF lines.
+        const auto at = static_cast<std::size_t>(i - 1);
+        if (at < af_order_.size() && af_order_[at]->first == name) return af_order_[at]->second;
         const auto found = target.reads.find(name);
         if (found == target.reads.end()) throw fatal_error(1, "Error: AF tag for read " + name + " is missing\n");
         return found->second;
@@ -162,7 +161,6 @@ READ& aceReader::read_named(contig& target, const std::string& name, int32_t i) 
 bool aceReader::read_rd_section(contig& target, line_scanner& scanner, std::string& tag) {
     if (target.read_num <= 0) return true;
     std::string name;
-    std::string bases;
     std::string held_rest;
     std::string_view line;
     for (int32_t i = 1; i <= target.read_num; ++i) {
@@ -178,8 +176,11 @@ bool aceReader::read_rd_section(contig& target, line_scanner& scanner, std::stri
 
         bool block_ended = false;
         if (names_ == nullptr) {
-            block_ended = read_text_block(bases);
-            read.seq.assign(bases.begin(), bases.end());
+            // Most reads hold as many bases as their padded length; one that
+            // holds far fewer (a damaged file) gives the room back.
+            read.seq.reserve(static_cast<std::size_t>(std::max<int16_t>(read.len, 0)));
+            block_ended = read_text_block(read.seq);
+            if (read.seq.capacity() > 2 * read.seq.size() + 64) read.seq.shrink_to_fit();
         } else {
             block_ended = skip_block();
         }
@@ -238,7 +239,6 @@ bool aceReader::read_contig(contig& target) {
 
     std::size_t expected = co_index;
     std::string tag;  // kept across lines: a line of blanks does not change it
-    std::string text;
     std::string_view line;
     while (ace_in.next_line(line)) {
         if (line.empty()) continue;
@@ -260,8 +260,7 @@ bool aceReader::read_contig(contig& target) {
                 char direction = 0;
                 if (scanner.character(direction) && direction == 'U') target.uncomplemented = 1;
                 if (names_ == nullptr) {
-                    read_text_block(text);
-                    target.consensus.assign(text.begin(), text.end());
+                    read_text_block(target.consensus);
                 } else {
                     skip_block();
                 }

@@ -1,6 +1,7 @@
 #pragma once
 // Strict front-to-back reader of an ACE assembly file, one contig per call.
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -57,6 +58,9 @@ private:
     bool ended_inside_contig_ = false;
     std::string begun_name_;            // the name on the last CO line
     bool co_line_had_cr_ = false;
+    // The contig's reads in the order of its AF lines, which is the order of
+    // its RD records in most files: each RD record looks there first.
+    std::vector<std::map<std::string, READ>::iterator> af_order_;
 
     // While next_contig_names reads a contig: where the names go, the names
     // of its AF lines in the file's order (one after another, and where each
@@ -76,7 +80,7 @@ private:
     // Both take the lines up to the next blank one and return false when the
     // input ended first; the second gathers them into `buffer`.
     bool skip_block();
-    bool read_text_block(std::string& buffer);
+    bool read_text_block(std::vector<char>& buffer);
     // The rest of a brace block; false when the input ended before its "}" line.
     bool skip_brace_block();
     // Returns false when the input ends before all AF lines were read.

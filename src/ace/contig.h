@@ -35,8 +35,11 @@ struct contig {
 
     friend bool operator==(const contig&, const contig&) = default;
 
-    // Position maps and display rows (src/views/pos_maps.cpp).
+    // Position maps and display rows (src/views/pos_maps.cpp). The first
+    // also sets the largest, smallest and mean read length, as
+    // measure_reads() does alone.
     void create_pos_map();
+    void measure_reads();
     void create_print_map();
     void get_read_ids(std::vector<std::string>& ids);
 

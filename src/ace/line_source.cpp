@@ -99,6 +99,26 @@ bool line_source::next_line(std::string_view& line) {
     return true;
 }
 
+bool line_source::append_block(std::vector<char>& out) {
+    std::string_view line;
+    for (;;) {
+        // The lines whole in the buffer.
+        if (!failed_ && file_ != nullptr) {
+            const char* data = buffer_.data();
+            while (const auto* lf = static_cast<const char*>(std::memchr(data + begin_, '\n', end_ - begin_))) {
+                const char* first = data + begin_;
+                begin_ = static_cast<std::size_t>(lf - data) + 1;
+                if (lf == first) return true;
+                out.insert(out.end(), first, lf);
+            }
+        }
+        // A line that runs on past the buffer, or the last one.
+        if (!next_line(line)) return false;
+        if (line.empty()) return true;
+        out.insert(out.end(), line.begin(), line.end());
+    }
+}
+
 int line_source::peek() {
     if (begin_ == end_ && !fill()) {
         eof_ = true;

@@ -29,6 +29,11 @@ public:
     // holds until the next read. A last line without a line feed is still a
     // line; false when there is no line left, or in the failed state.
     bool next_line(std::string_view& line);
+    // Appends the lines up to the next empty one to `out`, each without its
+    // line feed, and takes the empty line too: as next_line would give them,
+    // without a call a line. False when there was no empty line before the
+    // end (what there was is appended) or in the failed state.
+    bool append_block(std::vector<char>& out);
 
     // Formatted extraction across lines, for the header: skips blanks, then
     // reads a word, or a signed decimal number that is stored only when it

@@ -10,11 +10,16 @@ namespace pelkrin {
 
 void contig::create_pos_map() {
     if (reads.empty()) return;
+    for (const auto& entry : reads) pos_map.emplace(entry.second.pos, entry.second.name);
+    measure_reads();
+}
+
+void contig::measure_reads() {
+    if (reads.empty()) return;
     // Unsigned 32-bit sum and division: the fraction of the mean is dropped.
     uint32_t sum = 0;
     for (const auto& entry : reads) {
         const READ& read = entry.second;
-        pos_map.emplace(read.pos, read.name);
         sum += static_cast<uint32_t>(static_cast<int32_t>(read.len));
         if (read.len > max_read_len) max_read_len = read.len;
         if (read.len < min_read_len) min_read_len = read.len;

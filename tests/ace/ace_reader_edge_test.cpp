@@ -714,5 +714,39 @@ TEST(AceReaderEdge, VectorOverloadStopsAtMaxCount) {
     EXPECT_EQ(result.err, "");
 }
 
+TEST(AceReaderEdge, RdRecordsInAnotherOrderThanTheAfLinesFindTheirReads) {
+    const auto outcome = read_all(
+        "AS 1 3\n\nCO c1 4 3 1 U\nACGT\n\nBQ\n20\n\nAF ra U 1\nAF rb U 2\nAF rc C 3\nBS 1 4 ra\n\n"
+        "RD rc 2 0 0\nGT\n\nQA 1 2 1 2\nDS x\n\n"
+        "RD ra 4 0 0\nACGT\n\nQA 1 4 1 4\nDS x\n\n"
+        "RD rb 3 0 0\nCGT\n\nQA 1 3 1 3\nDS x\n");
+    expect_clean_end(outcome);
+    ASSERT_EQ(outcome.contigs.size(), 1u);
+    const contig& c = outcome.contigs[0];
+    EXPECT_EQ(text_of(c.reads.at("ra").seq), "ACGT");
+    EXPECT_EQ(text_of(c.reads.at("rb").seq), "CGT");
+    EXPECT_EQ(text_of(c.reads.at("rc").seq), "GT");
+    EXPECT_EQ(c.reads.at("rc").len, 2);
+}
+
+TEST(AceReaderEdge, ReadWithFarFewerBasesThanItsLengthKeepsNoRoomForThem) {
+    // Room for the padded length is taken before the bases are read: a
+    // damaged file of many such reads must not hold it all.
+    const std::string path = scratch_ace(
+        "AS 1 1\n\nCO c1 4 1 1 U\nACGT\n\nBQ\n20\n\nAF r1 U 1\nBS 1 4 r1\n\n"
+        "RD r1 30000 0 0\nACGT\n\nQA 1 4 1 4\nDS x\n");
+    const auto result = run_captured([&] {
+        aceReader r(path, test::std_console());
+        contig c;
+        ASSERT_TRUE(r.next_contig(c));
+        const READ& read = c.reads.at("r1");
+        EXPECT_EQ(read.len, 30000);
+        EXPECT_EQ(text_of(read.seq), "ACGT");
+        EXPECT_LT(read.seq.capacity(), 1000u);
+    });
+    EXPECT_FALSE(result.exit_status.has_value());
+    EXPECT_EQ(result.err, "");
+}
+
 }  // namespace
 }  // namespace pelkrin

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ace/line_source.h"
 #include "ace_fixture.h"
@@ -208,6 +209,71 @@ TEST(AceLineSource, ReopeningStartsAfresh) {
     EXPECT_FALSE(src.at_end());
     EXPECT_EQ(next(src), "two");
     EXPECT_EQ(next(src), "three");
+}
+
+// The lines of a block as next_line gives them, joined.
+std::string block(line_source& src, bool& ended) {
+    std::vector<char> out = {'>'};
+    ended = src.append_block(out);
+    return std::string(out.begin(), out.end());
+}
+
+TEST(AceLineSource, BlockJoinsItsLinesAndTakesTheEmptyLine) {
+    line_source src;
+    ASSERT_TRUE(src.open(scratch_ace("ab\ncd\r\n\nnext\n\n\nlast")));
+    bool ended = false;
+    EXPECT_EQ(block(src, ended), ">abcd\r");
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(block(src, ended), ">next");
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(block(src, ended), ">");
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(block(src, ended), ">last");
+    EXPECT_FALSE(ended);
+    EXPECT_TRUE(src.at_end());
+    EXPECT_EQ(block(src, ended), ">");
+    EXPECT_FALSE(ended);
+}
+
+TEST(AceLineSource, BlocksAcrossBufferRefillsMatchTheLines) {
+    std::string text;
+    for (int b = 0; b < 3000; ++b) {
+        for (int l = 0; l <= b % 23; ++l) {
+            const auto length = static_cast<std::size_t>(1 + (b * 7 + l) % 61);
+            text.append(length, static_cast<char>('A' + l % 26)).append("\n");
+        }
+        text.append("\n");
+    }
+    text.append(std::string(300000, 'G'));  // a last line longer than the buffer, without an empty one after it
+    const std::string path = scratch_ace(text);
+    line_source by_lines;
+    line_source by_blocks;
+    ASSERT_TRUE(by_lines.open(path));
+    ASSERT_TRUE(by_blocks.open(path));
+    for (int b = 0; b <= 3000; ++b) {
+        std::string expected = ">";
+        std::string_view line;
+        bool expected_end = false;
+        while (by_lines.next_line(line)) {
+            if (line.empty()) {
+                expected_end = true;
+                break;
+            }
+            expected.append(line);
+        }
+        bool ended = false;
+        ASSERT_EQ(block(by_blocks, ended), expected) << b;
+        ASSERT_EQ(ended, expected_end) << b;
+    }
+    EXPECT_TRUE(by_blocks.at_end());
+}
+
+TEST(AceLineSource, ClosedSourceHasNoBlock) {
+    line_source src;
+    std::vector<char> out;
+    EXPECT_FALSE(src.append_block(out));
+    EXPECT_TRUE(out.empty());
+    EXPECT_TRUE(src.failed());
 }
 
 }  // namespace

@@ -75,5 +75,20 @@ TEST(ViewPosMap, SecondCallAppendsASecondCopy) {
     EXPECT_EQ(c.pos_map.count(1), 2u);
 }
 
+TEST(ViewPosMap, MeasuringReadsAloneSetsWhatThePositionMapSets) {
+    const contig plan = make_contig(std::string(10, 'A'), {plain_read("a", 2, 3), plain_read("b", 1, 8)});
+    contig mapped = plan;
+    mapped.create_pos_map();
+    contig measured = plan;
+    measured.measure_reads();
+    EXPECT_TRUE(measured.pos_map.empty());
+    EXPECT_EQ(measured.max_read_len, mapped.max_read_len);
+    EXPECT_EQ(measured.min_read_len, mapped.min_read_len);
+    EXPECT_EQ(measured.avg_read_len, mapped.avg_read_len);
+    EXPECT_EQ(measured.max_read_len, 8);
+    EXPECT_EQ(measured.min_read_len, 3);
+    EXPECT_EQ(measured.avg_read_len, 5.0);
+}
+
 }  // namespace
 }  // namespace pelkrin::test

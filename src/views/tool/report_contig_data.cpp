@@ -4,8 +4,10 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "views/display_rows.h"
 #include "views/flow_space.h"
 #include "views/tool/json_text.h"
+#include "views/tool/step_digits.h"
 
 namespace pelkrin {
 namespace {
@@ -19,20 +21,14 @@ void append_number(std::string& out, int64_t v) {
 // position: written as a string of steps, one digit each (the page adds them
 // up), unless a step is not a digit; then as a list of numbers.
 void append_flows(std::string& out, const std::vector<int32_t>& values) {
-    std::string steps;
-    steps.reserve(values.size() + 2);
-    steps.push_back('"');
-    int64_t before = 0;
-    for (const int32_t v : values) {
-        const int64_t step = static_cast<int64_t>(v) - before;
-        if (step < 0 || step > 9) break;
-        steps.push_back(static_cast<char>('0' + step));
-        before = v;
-    }
-    if (steps.size() == values.size() + 1) {
-        out.append(steps).push_back('"');
+    out.push_back('"');
+    const std::size_t at = out.size();
+    out.resize(at + values.size());
+    if (step_digits(values.data(), values.size(), out.data() + at)) {
+        out.push_back('"');
         return;
     }
+    out.resize(at - 1);
     out.push_back('[');
     for (std::size_t i = 0; i < values.size(); ++i) {
         if (i > 0) out.push_back(',');
@@ -41,13 +37,36 @@ void append_flows(std::string& out, const std::vector<int32_t>& values) {
     out.push_back(']');
 }
 
+// The display rows with reads by number. A contig whose maps were never built
+// gets them without the maps, which cost much more on a deep contig; it is
+// measured as building them would.
+std::vector<std::vector<row_read>> rows_of(contig& c) {
+    if (c.print_map.empty() && c.pos_map.empty()) {
+        c.measure_reads();
+        return display_rows(c);
+    }
+    if (c.print_map.empty()) c.create_print_map();
+    std::unordered_map<std::string_view, uint32_t> number;
+    number.reserve(c.reads.size());
+    for (const auto& named : c.reads) number.emplace(named.first, static_cast<uint32_t>(number.size()));
+    std::vector<std::vector<row_read>> rows;
+    for (const auto& print_row : c.print_map) {
+        std::vector<row_read>& row = rows.emplace_back();
+        for (const auto& [p, name] : print_row) {
+            const auto found = number.find(name);
+            if (found != number.end()) row.push_back({p, found->second});
+        }
+    }
+    return rows;
+}
+
 }  // namespace
 
-std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_places& places) {
-    if (c.print_map.empty()) c.create_print_map();
+void append_contig_data_js(std::string& out, contig& c, const colour_map& colours, const flowgram_places& places) {
+    const std::vector<std::vector<row_read>> rows = rows_of(c);
     const flow_space flows = build_flow_space(c);
 
-    std::string out = "pelkrinContig({\"name\":";
+    out.append("pelkrinContig({\"name\":");
     append_json_string(out, c.name);
     out.append(",\"maxReadLen\":");
     append_number(out, c.max_read_len);
@@ -76,13 +95,10 @@ std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_
     out.append("]");
 
     // Reads in name order: [name, padded start, padded length, bases, flowgram file].
-    std::unordered_map<std::string_view, std::size_t> index_of;
-    index_of.reserve(c.reads.size());
     out.append(",\"reads\":[");
     std::size_t k = 0;
     for (const auto& [name, read] : c.reads) {
         if (k > 0) out.push_back(',');
-        index_of.emplace(name, k);
         out.push_back('[');
         append_json_string(out, name);
         out.push_back(',');
@@ -100,18 +116,14 @@ std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_
 
     // Display rows: pairs of padded start and read number, in ascending start.
     out.append(",\"rows\":[");
-    for (std::size_t r = 0; r < c.print_map.size(); ++r) {
+    for (std::size_t r = 0; r < rows.size(); ++r) {
         if (r > 0) out.push_back(',');
         out.push_back('[');
-        bool first_in_row = true;
-        for (const auto& [p, name] : c.print_map[r]) {
-            const auto found = index_of.find(name);
-            if (found == index_of.end()) continue;
-            if (!first_in_row) out.push_back(',');
-            first_in_row = false;
-            append_number(out, p);
+        for (std::size_t i = 0; i < rows[r].size(); ++i) {
+            if (i > 0) out.push_back(',');
+            append_number(out, rows[r][i].pos);
             out.push_back(',');
-            append_number(out, static_cast<int64_t>(found->second));
+            append_number(out, rows[r][i].read);
         }
         out.push_back(']');
     }
@@ -120,6 +132,11 @@ std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_
     out.append(",\"flowgramNote\":");
     append_json_string(out, places.note);
     out.append("});\n");
+}
+
+std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_places& places) {
+    std::string out;
+    append_contig_data_js(out, c, colours, places);
     return out;
 }
 

@@ -19,7 +19,11 @@ struct flowgram_places {
     std::string note;  // why no flowgrams are shown, when none are
 };
 
-// The text of the script file: one call of pelkrinContig({...}).
+// Appends the text of the script file, one call of pelkrinContig({...}), to
+// `out`: a caller that writes many contigs keeps one buffer for them all.
+void append_contig_data_js(std::string& out, contig& c, const colour_map& colours, const flowgram_places& places);
+
+// The text of the script file on its own.
 std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_places& places);
 
 }  // namespace pelkrin

@@ -1,7 +1,6 @@
 #include "views/tool/report_pages.h"
 
-#include <charconv>
-
+#include "views/tool/decimal_text.h"
 #include "views/tool/html_page.h"
 #include "views/tool/report_plots.h"
 
@@ -9,9 +8,9 @@ namespace pelkrin {
 namespace {
 
 std::string fixed1(double v) {
-    char text[32];
-    const auto end = std::to_chars(text, text + sizeof text, v, std::chars_format::fixed, 1).ptr;
-    return std::string(text, end);
+    std::string text;
+    append_fixed1(text, v);
+    return text;
 }
 
 std::string page_head(const std::string& title) {
@@ -50,10 +49,10 @@ std::string index_page(const std::vector<contig_summary>& contigs, const std::st
     return out;
 }
 
-std::string contig_page(const contig_summary& s, std::size_t ordinal, bool last, const std::string& ace_file,
-                        const contig_scripts& scripts) {
+void append_contig_page(std::string& out, const contig_summary& s, std::size_t ordinal, bool last,
+                        const std::string& ace_file, const contig_scripts& scripts) {
     const std::string name = html_escape(s.name);
-    std::string out = page_head(std::string("Contig ").append(name).append(" of ").append(html_escape(ace_file)));
+    out.append(page_head(std::string("Contig ").append(name).append(" of ").append(html_escape(ace_file))));
     out.append("<body class=\"contig\">\n<nav><a href=\"index.html\">All contigs</a>");
     if (ordinal > 1) out.append(" · <a href=\"").append(contig_file_stem(ordinal - 1)).append(".html\">previous</a>");
     if (!last) out.append(" · <a href=\"").append(contig_file_stem(ordinal + 1)).append(".html\">next</a>");
@@ -97,6 +96,12 @@ std::string contig_page(const contig_summary& s, std::size_t ordinal, bool last,
         out.append("<script>").append(scripts.alignment).append("</script>\n");
     }
     out.append("</body>\n</html>\n");
+}
+
+std::string contig_page(const contig_summary& s, std::size_t ordinal, bool last, const std::string& ace_file,
+                        const contig_scripts& scripts) {
+    std::string out;
+    append_contig_page(out, s, ordinal, last, ace_file, scripts);
     return out;
 }
 

@@ -29,7 +29,9 @@ struct contig_scripts {
 };
 
 // One contig: its depth plot and the window over its alignment. `last` tells
-// that no contig follows it.
+// that no contig follows it. The first appends the page to `out`.
+void append_contig_page(std::string& out, const contig_summary& s, std::size_t ordinal, bool last,
+                        const std::string& ace_file, const contig_scripts& scripts);
 std::string contig_page(const contig_summary& s, std::size_t ordinal, bool last, const std::string& ace_file,
                         const contig_scripts& scripts);
 

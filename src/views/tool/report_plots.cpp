@@ -1,7 +1,8 @@
 #include "views/tool/report_plots.h"
 
 #include <algorithm>
-#include <charconv>
+
+#include "views/tool/decimal_text.h"
 
 namespace pelkrin {
 namespace {
@@ -11,12 +12,6 @@ constexpr int plot_height = 160;
 constexpr int left_margin = 60;
 constexpr int bottom_margin = 24;
 constexpr int top_margin = 8;
-
-std::string number(double v) {
-    char text[32];
-    const auto end = std::to_chars(text, text + sizeof text, v, std::chars_format::fixed, 1).ptr;
-    return std::string(text, end);
-}
 
 std::string whole(int64_t v) { return std::to_string(v); }
 
@@ -50,17 +45,27 @@ std::string step_area(const std::vector<int64_t>& values, int64_t y_max, const s
     const double inner = plot_height - bottom_margin - top_margin;
     const double bottom = plot_height - bottom_margin;
     const double step = static_cast<double>(plot_width) / static_cast<double>(std::max<std::size_t>(values.size(), 1));
-    std::string d = std::string("M").append(whole(left_margin)).append(" ").append(number(bottom));
+    std::string out = std::string("<path class=\"").append(css_class).append("\" d=\"M");
+    out.append(whole(left_margin)).append(" ");
+    append_fixed1(out, bottom);
     for (std::size_t i = 0; i < values.size();) {
         std::size_t j = i + 1;
         while (j < values.size() && values[j] == values[i]) ++j;
         const double y = bottom - (y_max > 0 ? inner * static_cast<double>(values[i]) / static_cast<double>(y_max) : 0);
-        d.append("L").append(number(left_margin + step * static_cast<double>(i))).append(" ").append(number(y));
-        d.append("L").append(number(left_margin + step * static_cast<double>(j))).append(" ").append(number(y));
+        out.push_back('L');
+        append_fixed1(out, left_margin + step * static_cast<double>(i));
+        out.push_back(' ');
+        append_fixed1(out, y);
+        out.push_back('L');
+        append_fixed1(out, left_margin + step * static_cast<double>(j));
+        out.push_back(' ');
+        append_fixed1(out, y);
         i = j;
     }
-    d.append("L").append(whole(left_margin + plot_width)).append(" ").append(number(bottom)).append("Z");
-    return std::string("<path class=\"").append(css_class).append("\" d=\"").append(d).append("\"/>\n");
+    out.append("L").append(whole(left_margin + plot_width)).append(" ");
+    append_fixed1(out, bottom);
+    out.append("Z\"/>\n");
+    return out;
 }
 
 }  // namespace

@@ -9,7 +9,9 @@
 #include <exception>
 #include <filesystem>
 #include <mutex>
+#include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "ace/ace_reader.h"
@@ -115,15 +117,26 @@ struct contig_job {
     bool last = false;        // no contig follows
 };
 
+// The text of a contig's page and of its alignment script, kept by a worker
+// from one contig to the next: buffers used afresh for every contig would be
+// taken from the system and given back each time, and their pages faulted in
+// again.
+struct page_buffers {
+    std::string alignment;
+    std::string page;
+};
+
 // The files of one contig: its page, and the files of its scripts that are
 // too large to go into the page.
 contig_summary write_contig_files(const std::filesystem::path& folder, contig_job& job, const std::string& ace_file,
-                                  const colour_map& colours, const reads_source& source) {
+                                  const colour_map& colours, const reads_source& source, page_buffers& buffers) {
     contig_summary s = summarise_contig(job.c, depth_bins);
     contig_flowgrams flowgrams = source.flowgrams(job.c, job.ordinal - 1);
     const std::string stem = contig_file_stem(job.ordinal);
     contig_scripts scripts;
-    scripts.alignment = contig_data_js(job.c, colours, flowgrams.places);
+    scripts.alignment = std::move(buffers.alignment);
+    scripts.alignment.clear();
+    append_contig_data_js(scripts.alignment, job.c, colours, flowgrams.places);
     if (scripts.alignment.size() > inline_bytes) {
         write_report_file(folder, stem + ".js", scripts.alignment);
         scripts.alignment.clear();
@@ -137,7 +150,10 @@ contig_summary write_contig_files(const std::filesystem::path& folder, contig_jo
     } else {
         scripts.flowgrams = std::move(flowgrams.files);
     }
-    write_report_file(folder, stem + ".html", contig_page(s, job.ordinal, job.last, ace_file, scripts));
+    buffers.page.clear();
+    append_contig_page(buffers.page, s, job.ordinal, job.last, ace_file, scripts);
+    write_report_file(folder, stem + ".html", buffers.page);
+    buffers.alignment = std::move(scripts.alignment);
     s.depth_bins = {};
     return s;
 }
@@ -183,9 +199,10 @@ private:
     void work(const std::filesystem::path& folder, const std::string& ace_file, const colour_map& colours,
               const reads_source& source) {
         contig_job job;
+        page_buffers buffers;
         while (queue_.pop(job) && job.ordinal != 0) {
             try {
-                contig_summary s = write_contig_files(folder, job, ace_file, colours, source);
+                contig_summary s = write_contig_files(folder, job, ace_file, colours, source, buffers);
                 std::lock_guard lock(mutex_);
                 if (summaries_.size() < job.ordinal) summaries_.resize(job.ordinal);
                 summaries_[job.ordinal - 1] = std::move(s);

@@ -28,11 +28,16 @@ contig_summary summarise_contig(const contig& c, std::size_t max_bins) {
     s.bin_width = (s.length + static_cast<int64_t>(bins) - 1) / static_cast<int64_t>(bins);
     s.depth_bins.assign(static_cast<std::size_t>((s.length + s.bin_width - 1) / s.bin_width), 0);
     int32_t depth = 0;
-    for (int64_t i = 0; i < s.length; ++i) {
-        depth += change[static_cast<std::size_t>(i)];
-        int32_t& bin = s.depth_bins[static_cast<std::size_t>(i / s.bin_width)];
-        bin = std::max(bin, depth);
-        s.max_depth = std::max(s.max_depth, depth);
+    std::size_t i = 0;
+    const auto length = static_cast<std::size_t>(s.length);
+    const auto width = static_cast<std::size_t>(s.bin_width);
+    for (int32_t& bin : s.depth_bins) {
+        const std::size_t end = std::min(i + width, length);
+        for (; i < end; ++i) {
+            depth += change[i];
+            bin = std::max(bin, depth);
+        }
+        s.max_depth = std::max(s.max_depth, bin);
     }
     return s;
 }
