@@ -111,5 +111,32 @@ TEST(ReportTool, TheAceReadersOwnErrorsStandAsTheyAre) {
     EXPECT_FALSE(fs::exists(dir / "r"));
 }
 
+// An ACE file whose fifth contig cannot be read: the report ends with the
+// reader's error, every contig before it has its page and no later one has,
+// the same every time; the last page written links to no next page.
+TEST(ReportTool, AContigThatCannotBeReadEndsTheReportAfterThePagesBeforeIt) {
+    const fs::path dir = scratch_dir();
+    const std::string example = read_file(example_ace());
+    const std::size_t begin = example.find("CO ");
+    const std::string first = example.substr(begin, example.find("\nCO ", begin) + 1 - begin);
+    std::string text = "AS 9 0\n\n";
+    for (int i = 0; i < 4; ++i) text += first;
+    std::string bad = first;
+    bad.replace(bad.find("BQ"), 2, "ZZ");
+    text += bad + first + first;
+    write_file(dir / "bad.ace", text);
+    for (int run = 0; run < 10; ++run) {
+        const fs::path out = dir / ("r" + std::to_string(run));
+        const program_result r = view({"-m", "report", "-o", out.string(), (dir / "bad.ace").string()});
+        EXPECT_EQ(r.status, 1);
+        EXPECT_EQ(r.err, "Error: tag 'ZZ' should be not in the ACE file!\n");
+        for (int page = 1; page <= 7; ++page) {
+            EXPECT_EQ(fs::exists(out / ("contig-" + std::to_string(page) + ".html")), page <= 4) << run << " " << page;
+        }
+        EXPECT_EQ(read_file(out / "contig-4.html").find(">next<"), std::string::npos);
+        EXPECT_FALSE(fs::exists(out / "index.html"));
+    }
+}
+
 }  // namespace
 }  // namespace pelkrin::test

@@ -242,14 +242,34 @@ void write_report(const std::string& ace_file, const std::string& folder_name, c
         // One contig ahead, to know which is the last.
         contig_job job;
         job.ordinal = 1;
-        bool have = reader.next_contig(job.c);
-        while (have) {
-            contig_job next;
-            next.ordinal = job.ordinal + 1;
-            have = reader.next_contig(next.c);
-            job.last = !have;
-            if (!workers.add(std::move(job))) break;
-            job = std::move(next);
+        bool job_whole = false;  // `job` holds a contig read to its end, not yet handed on
+        try {
+            bool have = job_whole = reader.next_contig(job.c);
+            while (have) {
+                contig_job next;
+                next.ordinal = job.ordinal + 1;
+                have = reader.next_contig(next.c);
+                job.last = !have;
+                job_whole = false;
+                if (!workers.add(std::move(job))) break;
+                job = std::move(next);
+                job_whole = have;
+            }
+        } catch (...) {
+            // A contig the ACE reader cannot read ends the run, as in Pelkrin:
+            // every contig before it gets its page, the same pages every time
+            // (workers stopped at once would leave whichever they had reached),
+            // then the reader's error stands.
+            const std::exception_ptr reading = std::current_exception();
+            if (job_whole) {
+                job.last = true;  // no page follows it
+                workers.add(std::move(job));
+            }
+            try {
+                workers.finish();
+            } catch (...) {  // the reader's error is the one to tell
+            }
+            std::rethrow_exception(reading);
         }
         summaries = workers.finish();
     }
