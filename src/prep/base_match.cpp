@@ -37,12 +37,13 @@ bool contains(std::string_view hay, std::string_view needle) {
 
 }  // namespace
 
-bool bases_occur(std::string_view assembly, std::string_view record, bool complemented, std::string& scratch) {
+bool bases_occur(std::string_view assembly, std::string_view record, bool complemented, match_scratch& scratch) {
     // The assembly's bases, pads removed, upper case, turned to the record's
     // strand when the assembly placed the read reversed: most records hold
     // them as they are.
-    scratch.resize(assembly.size());
-    char* out = scratch.data();
+    std::string& wanted = scratch.wanted;
+    wanted.resize(assembly.size());
+    char* out = wanted.data();
     std::size_t n = 0;
     if (complemented) {
         for (std::size_t i = assembly.size(); i-- > 0;) {
@@ -56,19 +57,18 @@ bool bases_occur(std::string_view assembly, std::string_view record, bool comple
             n += c != '*';
         }
     }
-    scratch.resize(n);
+    wanted.resize(n);
     if (n > record.size()) return false;
-    if (contains(record, scratch)) return true;
+    if (contains(record, wanted)) return true;
     // Else either strand, either case.
-    const std::string wanted = scratch;
-    std::string forward(record.size(), '\0');
-    std::transform(record.begin(), record.end(), forward.begin(),
+    scratch.forward.resize(record.size());
+    std::transform(record.begin(), record.end(), scratch.forward.begin(),
                    [](char c) { return upper[static_cast<unsigned char>(c)]; });
-    if (contains(forward, wanted)) return true;
-    std::string reversed(record.size(), '\0');
-    std::transform(record.rbegin(), record.rend(), reversed.begin(),
+    if (contains(scratch.forward, wanted)) return true;
+    scratch.reversed.resize(record.size());
+    std::transform(record.rbegin(), record.rend(), scratch.reversed.begin(),
                    [](char c) { return complement[static_cast<unsigned char>(c)]; });
-    return contains(reversed, wanted);
+    return contains(scratch.reversed, wanted);
 }
 
 }  // namespace pelkrin::prep

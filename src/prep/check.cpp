@@ -55,7 +55,7 @@ int run_check(const std::string& ace_name, const std::vector<std::string>& sff_n
     const checked_sffs sffs = check_sffs(sff_names, sff_report, err);
 
     cross_check cross;
-    std::string scratch;
+    match_scratch scratch;
     std::vector<std::string_view> read_names;
     std::vector<std::int64_t> found;
     std::vector<std::string_view> bases;
