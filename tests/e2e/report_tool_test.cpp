@@ -113,7 +113,8 @@ TEST(ReportTool, TheAceReadersOwnErrorsStandAsTheyAre) {
 
 // An ACE file whose fifth contig cannot be read: the report ends with the
 // reader's error, every contig before it has its page and no later one has,
-// the same every time; the last page written links to no next page.
+// the same every time; the last page written links to no next page, and the
+// index lists the pages written, also over an earlier report of more contigs.
 TEST(ReportTool, AContigThatCannotBeReadEndsTheReportAfterThePagesBeforeIt) {
     const fs::path dir = scratch_dir();
     const std::string example = read_file(example_ace());
@@ -125,16 +126,30 @@ TEST(ReportTool, AContigThatCannotBeReadEndsTheReportAfterThePagesBeforeIt) {
     bad.replace(bad.find("BQ"), 2, "ZZ");
     text += bad + first + first;
     write_file(dir / "bad.ace", text);
+    std::string good = text;
+    good.replace(good.find("ZZ"), 2, "BQ");
+    write_file(dir / "good.ace", good);
     for (int run = 0; run < 10; ++run) {
         const fs::path out = dir / ("r" + std::to_string(run));
+        if (run % 2 == 1) {
+            ASSERT_EQ(view({"-m", "report", "-o", out.string(), (dir / "good.ace").string()}).status, 0);
+            ASSERT_TRUE(fs::exists(out / "contig-7.html"));
+        }
         const program_result r = view({"-m", "report", "-o", out.string(), (dir / "bad.ace").string()});
         EXPECT_EQ(r.status, 1);
         EXPECT_EQ(r.err, "Error: tag 'ZZ' should be not in the ACE file!\n");
-        for (int page = 1; page <= 7; ++page) {
-            EXPECT_EQ(fs::exists(out / ("contig-" + std::to_string(page) + ".html")), page <= 4) << run << " " << page;
+        for (int page = 1; page <= 4; ++page) {
+            EXPECT_TRUE(fs::exists(out / ("contig-" + std::to_string(page) + ".html"))) << run << " " << page;
+        }
+        if (run % 2 == 0) {
+            for (int page = 5; page <= 7; ++page) {
+                EXPECT_FALSE(fs::exists(out / ("contig-" + std::to_string(page) + ".html"))) << run << " " << page;
+            }
         }
         EXPECT_EQ(read_file(out / "contig-4.html").find(">next<"), std::string::npos);
-        EXPECT_FALSE(fs::exists(out / "index.html"));
+        const std::string index = read_file(out / "index.html");
+        EXPECT_NE(index.find("contig-4.html"), std::string::npos) << run;
+        EXPECT_EQ(index.find("contig-5.html"), std::string::npos) << run;
     }
 }
 

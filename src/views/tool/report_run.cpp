@@ -259,14 +259,15 @@ void write_report(const std::string& ace_file, const std::string& folder_name, c
             // A contig the ACE reader cannot read ends the run, as in Pelkrin:
             // every contig before it gets its page, the same pages every time
             // (workers stopped at once would leave whichever they had reached),
-            // then the reader's error stands.
+            // and the index lists those pages, not an earlier report's; then
+            // the reader's error stands.
             const std::exception_ptr reading = std::current_exception();
             if (job_whole) {
                 job.last = true;  // no page follows it
                 workers.add(std::move(job));
             }
             try {
-                workers.finish();
+                write_report_file(folder, "index.html", index_page(workers.finish(), ace_file));
             } catch (...) {  // the reader's error is the one to tell
             }
             std::rethrow_exception(reading);
