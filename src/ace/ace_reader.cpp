@@ -129,16 +129,15 @@ void aceReader::gather_names() {
 }
 
 READ& aceReader::read_named(contig& target, const std::string& name, int32_t i) {
+    // RD records mostly come in the order of the AF lines: the AF line in the
+    // RD record's place is tried first, then the others.
+    const auto at = static_cast<std::size_t>(i - 1);
     if (names_ == nullptr) {
-        // RD records mostly come in the order of the AF lines.
-        const auto at = static_cast<std::size_t>(i - 1);
         if (at < af_order_.size() && af_order_[at]->first == name) return af_order_[at]->second;
         const auto found = target.reads.find(name);
         if (found == target.reads.end()) throw fatal_error(1, "Error: AF tag for read " + name + " is missing\n");
         return found->second;
     }
-    // RD records mostly come in the order of the AF lines.
-    const auto at = static_cast<std::size_t>(i - 1);
     if (at < af_ends_.size()) {
         const std::size_t begin = at == 0 ? 0 : af_ends_[at - 1];
         if (std::string_view(af_names_).substr(begin, af_ends_[at] - begin) == name) return unkept_read_;
