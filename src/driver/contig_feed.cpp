@@ -5,15 +5,22 @@
 namespace pelkrin {
 namespace {
 
-// Read names queued at most: some two dozen bytes each, some 25 MB in all.
-// The SFF file is indexed meanwhile, which takes a fifth of a second for a
-// million reads; with room for fewer names, the reading of the assembly would
-// stop then, leaving a core idle, and take that core from the formatting later.
-constexpr std::size_t most_queued_reads = std::size_t{1} << 20;
+// Bytes of names queued at most (a read's name and where it ends, some two
+// dozen bytes): room for about a million reads. The SFF file is indexed
+// meanwhile, which takes a fifth of a second for a million reads; with room
+// for fewer, the reading of the assembly would stop then, leaving a core idle,
+// and take that core from the formatting later. Counted in bytes, not reads,
+// so that long names (or many contigs of no reads) hold no more memory.
+constexpr std::size_t most_queued_bytes = std::size_t{32} << 20;
+
+// What a contig's names take in memory, roughly.
+std::size_t bytes_of(const contig_names& c) {
+    return c.name.size() + c.names.size() + c.name_ends.size() * sizeof(std::size_t) + sizeof(contig_names);
+}
 
 }  // namespace
 
-contig_feed::contig_feed(aceReader& ace) : ace_(ace), queue_(most_queued_reads) {
+contig_feed::contig_feed(aceReader& ace) : ace_(ace), queue_(most_queued_bytes) {
     thread_ = std::thread([this] { read_all(); });
 }
 
@@ -34,7 +41,7 @@ void contig_feed::read_all() {
         while (true) {
             item i;
             if (!ace_.next_contig_names(i.names)) break;
-            const std::size_t weight = i.names.reads() + 1;
+            const std::size_t weight = bytes_of(i.names);
             if (!queue_.push(std::move(i), weight)) return;
         }
         last.end = true;

@@ -2,8 +2,8 @@
 // Reads the assembly's contigs on a thread of its own, ahead of their use, and
 // hands them over in file order as the names their entries need. The thread
 // starts with the feed and reads until the file ends, something ends the
-// reading early, or the feed is cancelled; it holds at most about a million
-// names at a time, and waits while they are not taken.
+// reading early, or the feed is cancelled; it holds at most 32 MB of names
+// (about a million reads) at a time, and waits while they are not taken.
 #include <exception>
 #include <thread>
 

@@ -82,5 +82,27 @@ TEST(ContigFeed, LeftBeforeTheEnd) {
     EXPECT_FALSE(feed.next(c));
 }
 
+// Names held in the feed are counted by the memory they take, and a contig
+// whose names take more than the feed holds (a name of 33 MB) still passes,
+// alone, between contigs that wait for room.
+TEST(ContigFeed, AContigLargerThanTheFeedStillPasses) {
+    const std::string long_name(33u << 20, 'n');
+    std::vector<std::string> contigs;
+    for (int i = 0; i < 6; ++i) {
+        contigs.push_back(test::ace_contig((i % 2 == 0 ? long_name : "C") + std::to_string(i), {"r"}));
+    }
+    const std::string ace = test::ace_file(contigs);
+    std::ostringstream dropped;
+    aceReader reader("in.ace", ace, console{dropped, dropped});
+    contig_feed feed(reader);
+    contig_names c;
+    for (int i = 0; i < 6; ++i) {
+        ASSERT_TRUE(feed.next(c)) << i;
+        EXPECT_EQ(c.name, (i % 2 == 0 ? long_name : "C") + std::to_string(i));
+    }
+    EXPECT_FALSE(feed.next(c));
+    EXPECT_FALSE(reader.ended_inside_contig());
+}
+
 }  // namespace
 }  // namespace pelkrin
