@@ -6,9 +6,10 @@
 #include <string_view>
 
 #include "fuzz_targets.h"
-#include "views/qdx_index.h"
-#include "views/read_block.h"
-#include "views/tool/report_flowgrams.h"
+#include "reads_format/qdx_index.h"
+#include "reads_format/read_block.h"
+#include "reads_format/values_line.h"
+#include "view_tool/report/report_flowgrams.h"
 
 namespace pelkrin::fuzz {
 

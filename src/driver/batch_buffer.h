@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "driver/text_batch.h"
-#include "driver/text_buffer.h"
-#include "driver/work_queue.h"
+#include "common/text_buffer.h"
+#include "common/work_queue.h"
 
 namespace pelkrin {
 

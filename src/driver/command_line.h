@@ -1,5 +1,5 @@
 #pragma once
-// Option scanning, the choice between the texts and a run, and output naming.
+// Option scanning and the choice between the texts and a run.
 #include <ostream>
 #include <string>
 
@@ -20,11 +20,5 @@ command_line scan_options(int argc, const char* const* argv, std::ostream& err);
 
 enum class outcome { run, usage, version, usage_then_version };
 outcome decide(const command_line& cl);
-
-// The ACE file name cut before the last of the characters ".ace" (or ".ACE" when
-// it has none of those), less three more; the directory part stays.
-std::string output_prefix(const std::string& ace_file);
-std::string reads_file_name(const std::string& prefix);
-std::string index_file_name(const std::string& prefix);
 
 }  // namespace pelkrin

@@ -9,7 +9,7 @@
 
 #include "ace/ace_reader.h"
 #include "ace/contig_names.h"
-#include "driver/work_queue.h"
+#include "common/work_queue.h"
 
 namespace pelkrin {
 

@@ -5,6 +5,7 @@
 #include "common/fatal_error.h"
 #include "driver/command_line.h"
 #include "driver/texts.h"
+#include "reads_format/output_names.h"
 
 namespace pelkrin {
 

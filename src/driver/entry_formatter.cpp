@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <exception>
 
-#include "driver/reads_writer.h"
+#include "reads_format/reads_writer.h"
 
 namespace pelkrin {
 namespace {

@@ -8,8 +8,8 @@
 #include "common/same_file.h"
 #include "driver/contig_feed.h"
 #include "driver/entry_formatter.h"
-#include "driver/output_file.h"
-#include "driver/reads_writer.h"
+#include "common/output_file.h"
+#include "reads_format/reads_writer.h"
 #include "driver/texts.h"
 #include "sff/reader.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "driver/text_buffer.h"
+#include "common/text_buffer.h"
 #include "prep/ace_lines.h"
 #include "prep/progress.h"
 

@@ -4,7 +4,7 @@
 
 #include "common/fatal_error.h"
 #include "common/same_file.h"
-#include "driver/output_file.h"
+#include "common/output_file.h"
 #include "prep/ace_layout.h"
 #include "prep/ace_rewrite.h"
 #include "prep/check.h"

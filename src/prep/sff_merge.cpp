@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "common/fatal_error.h"
-#include "driver/output_file.h"
-#include "driver/text_buffer.h"
+#include "common/output_file.h"
+#include "common/text_buffer.h"
 #include "sff/byte_order.h"
 #include "sff/record_decode.h"
 #include "sff/sff_header.h"

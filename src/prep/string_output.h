@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "driver/text_buffer.h"
+#include "common/text_buffer.h"
 
 namespace pelkrin::prep {
 

@@ -5,7 +5,7 @@
 #include <array>
 #include <cstdint>
 
-#include "views/fcycle.h"
+#include "fcycle.h"
 
 namespace pelkrin {
 

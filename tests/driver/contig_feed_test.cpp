@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "common/fatal_error.h"
-#include "../e2e/run_fixture.h"
+#include "run_fixture.h"
 
 namespace pelkrin {
 namespace {

@@ -18,8 +18,8 @@
 #include <thread>
 
 #include "capture.h"
-#include "driver/output_file.h"
-#include "driver/reads_writer.h"
+#include "common/output_file.h"
+#include "reads_format/reads_writer.h"
 #include "ace/ace_reader.h"
 #include "expected_texts.h"
 #include "files.h"

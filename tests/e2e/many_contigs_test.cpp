@@ -17,8 +17,8 @@
 
 #include "ace/ace_reader.h"
 #include "common/fatal_error.h"
-#include "driver/output_file.h"
-#include "driver/reads_writer.h"
+#include "common/output_file.h"
+#include "reads_format/reads_writer.h"
 #include "files.h"
 #include "run_fixture.h"
 #include "sff/reader.h"

@@ -13,8 +13,9 @@
 #include "files.h"
 #include "program.h"
 #include "report_browser.h"
-#include "views/qdx_index.h"
-#include "views/read_block.h"
+#include "reads_format/qdx_index.h"
+#include "reads_format/read_block.h"
+#include "reads_format/values_line.h"
 
 namespace pelkrin::test {
 namespace {

@@ -5,7 +5,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "../e2e/run_fixture.h"
+#include "run_fixture.h"
 #include "ace/ace_reader.h"
 #include "files.h"
 #include "prep/ace_layout.h"

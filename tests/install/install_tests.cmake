@@ -1,0 +1,27 @@
+# cmake --install puts the programs in bin/.
+add_test(NAME Install.ProgramsGoToBin
+  COMMAND sh -c "rm -rf '${CMAKE_CURRENT_BINARY_DIR}/install-check' && '${CMAKE_COMMAND}' --install '${CMAKE_BINARY_DIR}' --prefix '${CMAKE_CURRENT_BINARY_DIR}/install-check' >/dev/null && test -x '${CMAKE_CURRENT_BINARY_DIR}/install-check/bin/Pelkrin' && test -x '${CMAKE_CURRENT_BINARY_DIR}/install-check/bin/Pelkrin-view' && test -x '${CMAKE_CURRENT_BINARY_DIR}/install-check/bin/Pelkrin-prep'")
+
+# The installed man pages name the project's version in their headings.
+add_test(NAME Install.ManPagesCarryTheVersion
+  COMMAND sh -c "rm -rf '${CMAKE_CURRENT_BINARY_DIR}/install-man' && '${CMAKE_COMMAND}' --install '${CMAKE_BINARY_DIR}' --prefix '${CMAKE_CURRENT_BINARY_DIR}/install-man' >/dev/null && for page in Pelkrin.1 Pelkrin-view.1 Pelkrin-prep.1; do head -n 1 '${CMAKE_CURRENT_BINARY_DIR}/install-man/share/man/man1/'$page | grep -qF '\"Pelkrin ${PROJECT_VERSION}\"' || exit 1; done")
+
+# cpack names its package after the project's version.
+add_test(NAME Package.NamedWithTheVersion
+  COMMAND sh -c "rm -rf '${CMAKE_CURRENT_BINARY_DIR}/package-check' && '${CMAKE_CPACK_COMMAND}' --config '${CMAKE_BINARY_DIR}/CPackConfig.cmake' -B '${CMAKE_CURRENT_BINARY_DIR}/package-check' >/dev/null && tar tzf '${CMAKE_CURRENT_BINARY_DIR}/package-check/${CPACK_PACKAGE_NAME}-${PROJECT_VERSION}-${CPACK_SYSTEM_NAME}.tar.gz' | grep -qx '[^/]*/bin/Pelkrin'")
+# Each install writes install_manifest.txt in the build folder: one at a time.
+set_tests_properties(Install.ProgramsGoToBin Install.ManPagesCarryTheVersion Package.NamedWithTheVersion
+  PROPERTIES RESOURCE_LOCK build_folder_install)
+
+# The installed library, headers, CMake package and pelkrin.pc: a program
+# outside the tree builds against them both ways and runs.
+set(PELKRIN_CONSUMER_FLAGS "")
+if(PELKRIN_SANITIZE)
+  set(PELKRIN_CONSUMER_FLAGS "-fsanitize=address,undefined")
+endif()
+add_test(NAME Install.LibraryServesAConsumer
+  COMMAND ${CMAKE_COMMAND} -E env CXX=${CMAKE_CXX_COMPILER}
+    sh ${CMAKE_CURRENT_SOURCE_DIR}/install/check-install.sh ${CMAKE_BINARY_DIR}
+    ${CMAKE_CURRENT_BINARY_DIR}/install-consumer ${CMAKE_CURRENT_SOURCE_DIR}/../example/example.ace 3
+    "${PELKRIN_CONSUMER_FLAGS}")
+set_tests_properties(Install.LibraryServesAConsumer PROPERTIES RESOURCE_LOCK build_folder_install TIMEOUT 300)

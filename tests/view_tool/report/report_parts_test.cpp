@@ -1,0 +1,133 @@
+// Pieces of Pelkrin-view's report that need no browser: the JSON text of
+// names, the contig's summary and depth, and the flowgram files.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+
+#include "files.h"
+#include "reads_format/qdx_index.h"
+#include "view_tool/report/json_text.h"
+#include "view_tool/report/report_files.h"
+#include "view_tool/report/report_flowgrams.h"
+#include "view_tool/report/report_pages.h"
+#include "view_tool/report/report_summary.h"
+
+namespace pelkrin::test {
+namespace {
+
+std::string json(std::string_view text) {
+    std::string out;
+    append_json_string(out, text);
+    return out;
+}
+
+// A report written again over an earlier one: each file holds the new text
+// alone, whether the earlier file was longer or shorter.
+TEST(ReportFiles, AFileWrittenAgainHoldsTheNewTextAlone) {
+    const std::filesystem::path folder = scratch_subdir("report-files");
+    write_report_file(folder, "page.html", "a longer earlier text\n");
+    write_report_file(folder, "page.html", "short\n");
+    EXPECT_EQ(read_file(folder / "page.html"), "short\n");
+    write_report_file(folder, "page.html", "longer than the one before\n");
+    EXPECT_EQ(read_file(folder / "page.html"), "longer than the one before\n");
+    write_report_file(folder, "page.html", "");
+    EXPECT_EQ(read_file(folder / "page.html"), "");
+}
+
+// A contig's block is read up to its last entry, the next contig's header,
+// or the end given, and no further: a location index that lists one offset
+// for every contig, or only some contigs, costs no read to the end of a
+// large reads file per contig.
+TEST(ReportFiles, AContigBlockEndsWithItsEntries) {
+    const std::filesystem::path folder = scratch_subdir("report-blocks");
+    const std::string first = "r1\t1\n30\t31\n0\t1\n100\t95\nr2\t1\n20\n2\n105\n";
+    const std::string second = ">Contig2\t1\t3\nr3\t1\n40\n1\n99\n";
+    std::string tail(3u << 20, '7');  // more than one piece read past the contigs
+    for (std::size_t at = 79; at < tail.size(); at += 80) tail[at] = '\n';
+    write_report_file(folder, "asm.reads", first + second + tail);
+    const int fd = ::open((folder / "asm.reads").c_str(), O_RDONLY);
+    ASSERT_GE(fd, 0);
+    EXPECT_EQ(read_contig_block(fd, 0, -1, 8), first);                  // its two entries of four lines
+    EXPECT_EQ(read_contig_block(fd, 0, -1, 5), first.substr(0, 27));    // fewer lines asked for
+    EXPECT_EQ(read_contig_block(fd, 0, -1, UINT64_MAX), first);         // stops at the next header
+    EXPECT_EQ(read_contig_block(fd, 0, 10, 8), first.substr(0, 10));    // the end given comes first
+    const auto third = static_cast<int64_t>((first + second).size() - 13);
+    EXPECT_EQ(read_contig_block(fd, third, -1, 4), second.substr(second.size() - 13));
+    const auto past = static_cast<int64_t>((first + second).size());
+    EXPECT_EQ(read_contig_block(fd, past, -1, UINT64_MAX), tail);       // no header after: to the end
+    EXPECT_EQ(read_contig_block(fd, past, -1, 2), tail.substr(0, 160));
+    EXPECT_EQ(read_contig_block(fd, 0, -1, 0), "");
+    ::close(fd);
+}
+
+TEST(ReportJson, NamesCannotCloseAScriptOrAString) {
+    EXPECT_EQ(json("Contig1"), "\"Contig1\"");
+    EXPECT_EQ(json("</script>"), "\"\\u003c/script\\u003e\"");
+    EXPECT_EQ(json("a\"b'c\\d&"), "\"a\\\"b\\u0027c\\\\d\\u0026\"");
+    EXPECT_EQ(json(std::string("\n\t\x01", 3)), "\"\\n\\t\\u0001\"");
+}
+
+contig two_reads() {
+    contig c;
+    c.name = "C";
+    c.consensus = {'A', 'C', 'G', 'T', 'A', 'C', 'G', 'T', 'A', 'C'};
+    c.reads["r1"] = READ{"r1", -1, 5, {'G', 'T', 'A', 'C', 'G'}, 0, 0, 0};  // covers 1 to 3
+    c.reads["r2"] = READ{"r2", 3, 4, {'G', 'T', 'A', 'C'}, 0, 0, 0};       // covers 3 to 6
+    return c;
+}
+
+TEST(ReportSummary, DepthCountsReadsWithinTheConsensus) {
+    const contig_summary s = summarise_contig(two_reads(), 1000);
+    EXPECT_EQ(s.length, 10);
+    EXPECT_EQ(s.reads, 2);
+    EXPECT_DOUBLE_EQ(s.mean_depth, 0.7);
+    EXPECT_EQ(s.max_depth, 2);
+    EXPECT_EQ(s.depth_bins, (std::vector<int32_t>{1, 1, 2, 1, 1, 1, 0, 0, 0, 0}));
+    const contig_summary binned = summarise_contig(two_reads(), 3);
+    EXPECT_EQ(binned.bin_width, 4);
+    EXPECT_EQ(binned.depth_bins, (std::vector<int32_t>{2, 1, 0}));
+}
+
+TEST(ReportFlowgrams, SplitsTheReadsIntoFilesAndPlacesEachRead) {
+    const contig c = two_reads();
+    const std::string block = "r1\t1\n30\t31\n0\t1\n100\t200\nr2\t1\n\n\n0\t0\n>Next\t0\t3\n";
+    const qdx_entry entry{"C", 0, 2, 3};
+    const contig_flowgrams f = contig_flowgram_files(c, block, entry, 1);
+    ASSERT_EQ(f.files.size(), 2u);
+    EXPECT_EQ(f.files[0], "pelkrinFlowgrams(0,[[\"r1\",\"30,31\",\"0,1\",\"100,200\"]]);\n");
+    EXPECT_EQ(f.files[1], "pelkrinFlowgrams(1,[[\"r2\",\"\",\"\",\"0,0\"]]);\n");
+    EXPECT_EQ(f.places.file_of_read, (std::vector<int>{0, 1}));
+    EXPECT_EQ(f.places.files, 2);
+}
+
+TEST(ReportFlowgrams, WithoutFlowgramLinesThereAreNone) {
+    const contig_flowgrams f = contig_flowgram_files(two_reads(), "r1\t1\n30\n", qdx_entry{"C", 0, 1, 1}, 10);
+    EXPECT_TRUE(f.files.empty());
+    EXPECT_EQ(f.places.file_of_read, (std::vector<int>{-1, -1}));
+    EXPECT_NE(f.places.note.find("-f"), std::string::npos);
+}
+
+TEST(ReportPages, NamesAreEscapedOnThePages) {
+    contig_summary s;
+    s.name = "<b>\"x\"";
+    s.length = 3;
+    const std::string index = index_page({s}, "a<c>.ace");
+    EXPECT_NE(index.find("&lt;b&gt;&quot;x&quot;"), std::string::npos);
+    EXPECT_EQ(index.find("<b>"), std::string::npos);
+    EXPECT_EQ(index.find("a<c>"), std::string::npos);
+    const std::string page = contig_page(s, 1, true, "a.ace", {});
+    EXPECT_EQ(page.find("<b>"), std::string::npos);
+    EXPECT_NE(page.find("<script src=\"contig-1.js\">"), std::string::npos);
+    EXPECT_EQ(page.find("next"), std::string::npos);
+    const std::string inline_page = contig_page(s, 1, false, "a.ace", {"pelkrinContig({});", {"pelkrinFlowgrams(0,[]);"}});
+    EXPECT_EQ(inline_page.find("contig-1.js"), std::string::npos);
+    EXPECT_NE(inline_page.find("<script>pelkrinFlowgrams(0,[]);</script>\n<script>pelkrinContig({});</script>"),
+              std::string::npos);
+    EXPECT_NE(inline_page.find("contig-2.html\">next"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace pelkrin::test
