@@ -8,7 +8,7 @@
 #include "fuzz_targets.h"
 #include "prep/ace_layout.h"
 #include "prep/ace_rewrite.h"
-#include "prep/input_file.h"
+#include "prep/whole_input.h"
 #include "prep/sff_layout.h"
 #include "prep/sff_merge.h"
 #include "prep/string_output.h"
@@ -18,7 +18,7 @@ namespace pelkrin::fuzz {
 
 void prep_ace(const std::uint8_t* data, std::size_t size) {
     run_guarded([&] {
-        prep::input_file in("in.ace", std::span<const std::uint8_t>(data, size));
+        prep::whole_input in("in.ace", std::span<const std::uint8_t>(data, size));
         std::vector<contig> lenient;
         prep::ace_options options;
         options.keep_complete = size % 2 == 0;
@@ -40,7 +40,7 @@ void prep_ace(const std::uint8_t* data, std::size_t size) {
 
 void prep_sff(const std::uint8_t* data, std::size_t size) {
     run_guarded([&] {
-        prep::input_file in("in.sff", std::span<const std::uint8_t>(data, size));
+        prep::whole_input in("in.sff", std::span<const std::uint8_t>(data, size));
         std::vector<prep::sff_input> inputs;
         inputs.push_back(prep::sff_input{in.name(), in.bytes(), prep::scan_sff(in.bytes(), in.name())});
         const prep::merge_plan plan = prep::plan_merge(inputs);

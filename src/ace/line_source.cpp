@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "ace/blank.h"
+#include "common/input_file.h"
 
 namespace pelkrin {
 namespace {
@@ -18,7 +19,16 @@ line_source::~line_source() {
     if (file_ != nullptr) std::fclose(file_);
 }
 
-bool line_source::open(const std::string& path) { return start(std::fopen(path.c_str(), "rb")); }
+bool line_source::open(const std::string& path) {
+    input_file file;
+    // A file of any kind that opens is read: what cannot be read as an ACE
+    // file is the reader's to tell, in its own words.
+    file.open(path, input_reading::front_to_back);
+    if (!file.is_open()) return start(nullptr);
+    std::FILE* stream = ::fdopen(file.descriptor(), "rb");
+    if (stream != nullptr) file.release();
+    return start(stream);
+}
 
 bool line_source::open_memory(std::string_view text) {
     // A stream over no bytes at all still needs a buffer to stand on.

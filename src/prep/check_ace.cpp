@@ -5,7 +5,7 @@
 #include "common/fatal_error.h"
 #include "prep/ace_layout.h"
 #include "prep/check_sff.h"
-#include "prep/input_file.h"
+#include "prep/whole_input.h"
 #include "prep/progress.h"
 
 namespace pelkrin::prep {
@@ -82,7 +82,7 @@ bool check_ace(const std::string& name, const std::function<void(contig&)>& each
                std::ostream& err) {
     out << "ACE file " << name << "\n";
     try {
-        input_file ace(name, err);
+        whole_input ace(name, err);
         ace_options options;
         options.each_contig = each_contig;
         progress shown(err, "reading " + name, ace.bytes().size(), progress::shown_for(ace.bytes().size()));

@@ -97,7 +97,7 @@ checked_sffs check_sffs(const std::vector<std::string>& names, std::ostream& out
         f.name = names[i];
         out << "SFF file " << f.name << "\n";
         try {
-            auto input = std::make_unique<input_file>(f.name, err);
+            auto input = std::make_unique<whole_input>(f.name, err);
             progress shown(err, "reading " + f.name, input->bytes().size(),
                            progress::shown_for(input->bytes().size()));
             f.layout = scan_sff(input->bytes(), f.name, &shown);

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "common/fatal_error.h"
-#include "prep/input_file.h"
+#include "prep/whole_input.h"
 #include "prep/sff_layout.h"
 #include "sff/read_index.h"
 
@@ -17,7 +17,7 @@ namespace pelkrin::prep {
 
 struct checked_sff {
     std::string name;
-    std::unique_ptr<input_file> input;  // null when the file could not be read
+    std::unique_ptr<whole_input> input;  // null when the file could not be read
     sff_layout layout;
 };
 

@@ -8,7 +8,7 @@
 #include "prep/ace_layout.h"
 #include "prep/ace_rewrite.h"
 #include "prep/check.h"
-#include "prep/input_file.h"
+#include "prep/whole_input.h"
 #include "prep/progress.h"
 #include "prep/sff_merge.h"
 
@@ -51,7 +51,7 @@ int ace_command(const std::vector<std::string>& args, std::ostream& err) {
     const std::string& in_name = files[0];
     const std::string& out_name = files[1];
     refuse_overwrite(out_name, {in_name});
-    input_file in(in_name, err);
+    whole_input in(in_name, err);
     ace_options options;
     options.keep_complete = keep_complete;
     options.sequences = false;
@@ -89,12 +89,12 @@ int sff_command(const std::vector<std::string>& args, std::ostream& err) {
     const std::string& out_name = args[0];
     const std::vector<std::string> in_names(args.begin() + 1, args.end());
     refuse_overwrite(out_name, in_names);
-    std::vector<std::unique_ptr<input_file>> files;
+    std::vector<std::unique_ptr<whole_input>> files;
     std::vector<sff_input> inputs;
     std::uint64_t total = 0;
     for (const std::string& name : in_names) {
-        files.push_back(std::make_unique<input_file>(name, err));
-        const input_file& f = *files.back();
+        files.push_back(std::make_unique<whole_input>(name, err));
+        const whole_input& f = *files.back();
         progress shown(err, "reading " + name, f.bytes().size(), progress::shown_for(f.bytes().size()));
         inputs.push_back(sff_input{name, f.bytes(), scan_sff(f.bytes(), name, &shown), f.descriptor()});
         total += f.bytes().size();

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 namespace pelkrin {
 namespace {
@@ -33,10 +34,18 @@ void sff_source::unmap() {
 }
 
 bool sff_source::open(const std::string& path) {
+    input_file file;
+    // A file of another kind is still taken: the caller tells of it (nothing
+    // can be read at a position of it), not that it cannot be opened.
+    file.open(path, input_reading::by_position);
+    return open(std::move(file));
+}
+
+bool sff_source::open(input_file file) {
     unmap();
     if (fd_ >= 0) ::close(fd_);
     in_memory_ = false;
-    fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    fd_ = file.release();
     size_ = regular_size(fd_);
     // Mapped from the start, so that every read of the file meets a change alike.
     if (size_ > 0) contents();

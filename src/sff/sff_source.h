@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "../common/input_file.h"
 #include "mapping_guard.h"
 
 namespace pelkrin {
@@ -25,6 +26,8 @@ public:
 
     // False when the file cannot be opened. Maps a regular file.
     bool open(const std::string& path);
+    // Reads the file opened as `file`; false when it is not open.
+    bool open(input_file file);
     // Reads from `bytes`, which must outlive this source.
     void use_memory(std::span<const std::uint8_t> bytes);
     // Reads from `bytes`, kept by this source.

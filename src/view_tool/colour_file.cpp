@@ -1,9 +1,10 @@
 #include "view_tool/colour_file.h"
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <cstdint>
 #include <string_view>
+#include <vector>
+
+#include "common/input_file.h"
 
 namespace pelkrin {
 
@@ -13,18 +14,13 @@ colour_map default_colours() {
 
 colour_file_result read_colour_file(const std::string& path) {
     colour_file_result result;
-    std::error_code ec;
-    std::ifstream in(path, std::ios::binary);
-    // A folder opens as a stream but cannot be read.
-    if (!in || std::filesystem::is_directory(path, ec)) {
+    input_file in;
+    std::vector<std::uint8_t> bytes;
+    if (!in.open(path, input_reading::front_to_back) || !in.read_to_end(bytes)) {
         result.error = "can not read colour file " + path;
         return result;
     }
-    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad()) {
-        result.error = "can not read colour file " + path;
-        return result;
-    }
+    const std::string text(bytes.begin(), bytes.end());
 
     colour_map colours;
     std::size_t line_number = 0;

@@ -353,6 +353,39 @@ TEST(PrepRefusals, CutOffAceFileNamesTheContig) {
     EXPECT_EQ(run_program({pelkrin_binary(), "out.ace", "x.sff"}, dir).status, 1);  // no SFF file, but the ACE is read
 }
 
+// A folder or a device as an input: a message naming it and the system's
+// reason, status 1, and no output; never an abort or a read without end.
+TEST(PrepRefusals, AFolderOrADeviceAsAnInputIsNamed) {
+    const fs::path dir = scratch_dir();
+    write_file(dir / "a.ace", data("seq.cap.ace"));
+    write_file(dir / "a.sff", data("greek.sff"));
+    fs::create_directory(dir / "folder");
+    struct call {
+        std::vector<std::string> args;
+        std::string message;
+    };
+    const std::vector<call> calls = {
+        {{"ace", "folder", "o.ace"}, "Pelkrin-prep: folder: cannot read: Is a directory\n"},
+        {{"ace", "/dev/zero", "o.ace"}, "Pelkrin-prep: /dev/zero: is a device, not a file\n"},
+        {{"sff", "o.sff", "a.sff", "folder/"}, "Pelkrin-prep: folder/: cannot read: Is a directory\n"},
+        {{"sff", "o.sff", "/dev/zero"}, "Pelkrin-prep: /dev/zero: is a device, not a file\n"},
+        {{"sff", "o.sff", "none.sff"}, "Pelkrin-prep: none.sff: cannot open: No such file or directory\n"},
+    };
+    for (const call& c : calls) {
+        const auto r = run_prep(c.args, dir);
+        EXPECT_EQ(r.status, 1) << c.args[1];
+        EXPECT_EQ(r.err, c.message);
+        EXPECT_FALSE(fs::exists(dir / "o.ace") || fs::exists(dir / "o.sff"));
+    }
+    // check reports on every file it is given, and goes on past one it cannot read.
+    auto r = run_prep({"check", "a.ace", "folder"}, dir);
+    EXPECT_EQ(r.status, 1) << r.err;
+    EXPECT_TRUE(has(r.out, "SFF file folder\n  problem: folder: cannot read: Is a directory\n")) << r.out;
+    r = run_prep({"check", "/dev/zero", "a.sff"}, dir);
+    EXPECT_TRUE(has(r.out, "ACE file /dev/zero\n  problem: /dev/zero: is a device, not a file\n")) << r.out;
+    EXPECT_TRUE(has(r.out, "SFF file a.sff\n")) << r.out;
+}
+
 TEST(PrepUsage, BadCommandLinesEndWithStatus2) {
     const fs::path dir = scratch_dir();
     for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{

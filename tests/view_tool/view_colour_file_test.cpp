@@ -68,5 +68,12 @@ TEST(ViewColourFile, MissingFileOrFolderCannotBeRead) {
     EXPECT_EQ(r.error, "can not read colour file " + dir.string());
 }
 
+// /dev/zero would be read until memory runs out.
+TEST(ViewColourFile, ADeviceIsNotRead) {
+    const auto r = read_colour_file("/dev/zero");
+    EXPECT_FALSE(r.colours);
+    EXPECT_EQ(r.error, "can not read colour file /dev/zero");
+}
+
 }  // namespace
 }  // namespace pelkrin::test

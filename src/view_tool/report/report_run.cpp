@@ -1,9 +1,5 @@
 #include "view_tool/report/report_run.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <exception>
@@ -16,6 +12,7 @@
 
 #include "ace/ace_reader.h"
 #include "common/fatal_error.h"
+#include "common/input_file.h"
 #include "common/work_queue.h"
 #include "reads_format/output_names.h"
 #include "reads_format/qdx_index.h"
@@ -37,22 +34,6 @@ constexpr std::size_t inline_bytes = std::size_t{2} << 20;
 // Contigs waiting for a worker, by the bytes of their reads' bases.
 constexpr std::size_t queued_bytes = std::size_t{64} << 20;
 
-constexpr int absent = -2;
-
-// A regular file opened for reading; `absent` when there is none of that
-// name, -1 when it is something else (a FIFO would block the report, a
-// device would never end) or cannot be read.
-int open_regular(const std::string& name) {
-    const int fd = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (fd < 0) return errno == ENOENT ? absent : -1;
-    struct stat st {};
-    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
-        ::close(fd);
-        return -1;
-    }
-    return fd;
-}
-
 // Pelkrin's outputs for this ACE file, found as the viewer finds them:
 // PREFIX.qdx, and through it PREFIX.reads.
 class reads_source {
@@ -60,30 +41,24 @@ public:
     explicit reads_source(const std::string& ace_file) {
         const std::string prefix = output_prefix(ace_file);
         const std::string index_name = index_file_name(prefix);
-        const int index = open_regular(index_name);
-        if (index == absent) {
-            note_ = "No flowgrams: there is no " + index_name + " beside the ACE file (run Pelkrin -f on it).";
+        // Both are read at positions: a FIFO would hold the report, a device would never end.
+        input_file index;
+        if (!index.open(index_name, input_reading::by_position)) {
+            note_ = index.error() == ENOENT
+                        ? "No flowgrams: there is no " + index_name + " beside the ACE file (run Pelkrin -f on it)."
+                        : "No flowgrams: " + index_name + " is not a regular file that can be read.";
             return;
         }
-        if (index < 0) {
-            note_ = "No flowgrams: " + index_name + " is not a regular file that can be read.";
-            return;
-        }
-        struct stat st {};
-        index_ = make_qdx_table(parse_qdx(read_file_range(index, 0, ::fstat(index, &st) == 0 ? st.st_size : 0)));
-        ::close(index);
-        reads_ = open_regular(reads_file_name(prefix));
-        if (reads_ < 0) {
+        index_ = make_qdx_table(parse_qdx(read_file_range(index.descriptor(), 0, index.size())));
+        index.close();
+        if (!reads_.open(reads_file_name(prefix), input_reading::by_position)) {
             note_ = "No flowgrams: " + reads_file_name(prefix) + " can not be read.";
-            reads_ = -1;
+            reads_.close();
             index_ = {};
             return;
         }
         for (const qdx_entry& e : index_.entries) offsets_.push_back(e.offset);
         std::sort(offsets_.begin(), offsets_.end());
-    }
-    ~reads_source() {
-        if (reads_ >= 0) ::close(reads_);
     }
     reads_source(const reads_source&) = delete;
     reads_source& operator=(const reads_source&) = delete;
@@ -91,7 +66,7 @@ public:
     // The flowgrams of the contig that comes `ordinal`-th (from 0) in the ACE
     // file, read from its part of the reads file only. Any thread may ask.
     contig_flowgrams flowgrams(const contig& c, std::size_t ordinal) const {
-        if (reads_ < 0) return no_flowgrams(c, note_);
+        if (!reads_.is_open()) return no_flowgrams(c, note_);
         const qdx_entry* entry = find_qdx_entry(index_, ordinal, c.name);
         if (!entry) return no_flowgrams(c, "No flowgrams: the location index has no entry for this contig.");
         const auto next = std::upper_bound(offsets_.begin(), offsets_.end(), entry->offset);
@@ -100,14 +75,14 @@ public:
         // file's lines stands for "up to the next contig".
         const uint64_t per_read = static_cast<uint64_t>(entry->lines_per_read) + 1;
         const uint64_t lines = entry->read_count > UINT64_MAX / per_read ? UINT64_MAX : entry->read_count * per_read;
-        const std::string block = read_contig_block(reads_, entry->offset, end, lines);
+        const std::string block = read_contig_block(reads_.descriptor(), entry->offset, end, lines);
         return contig_flowgram_files(c, block, *entry, reads_per_flowgram_file);
     }
 
 private:
     qdx_table index_;
     std::vector<int64_t> offsets_;  // of the entries, sorted, to find where a block ends
-    int reads_ = -1;
+    input_file reads_;
     std::string note_;  // why there are no flowgrams, when there are none
 };
 

@@ -1,7 +1,8 @@
 #pragma once
 // The bytes of an input file, whole: a regular file is mapped and read in
 // place (it may be gigabytes); a gzip file (found by its first two bytes, not
-// by its name) is inflated into memory; a pipe is read into memory.
+// by its name) is inflated into memory; a pipe is read into memory. A folder
+// or a device is refused (see common/whole_input.h).
 #include <cstdint>
 #include <ostream>
 #include <span>
@@ -12,15 +13,15 @@
 
 namespace pelkrin::prep {
 
-class input_file {
+class whole_input {
 public:
     // Throws fatal_error (status 1) naming the file when it cannot be opened
     // or its gzip data is damaged. `err` takes the progress of inflating.
-    input_file(std::string path, std::ostream& err);
+    whole_input(std::string path, std::ostream& err);
     // Reads `bytes` (which must outlive this) as the file named `path`.
-    input_file(std::string path, std::span<const std::uint8_t> bytes);
-    input_file(const input_file&) = delete;
-    input_file& operator=(const input_file&) = delete;
+    whole_input(std::string path, std::span<const std::uint8_t> bytes);
+    whole_input(const whole_input&) = delete;
+    whole_input& operator=(const whole_input&) = delete;
 
     const std::string& name() const { return name_; }
     std::span<const std::uint8_t> bytes() const { return bytes_; }
