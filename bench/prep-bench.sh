@@ -19,7 +19,7 @@ runs=${2:-5}
 reads=200000
 mkdir -p "$work"
 
-cmake -S . -B out/release -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
+cmake -S . -B out/release -G Ninja -DCMAKE_BUILD_TYPE=Release -DPELKRIN_BENCH=ON >/dev/null
 cmake --build out/release -j 2 --target Pelkrin Pelkrin-prep make_assembly >/dev/null
 prep=$PWD/out/release/Pelkrin-prep
 pelkrin=$PWD/out/release/Pelkrin

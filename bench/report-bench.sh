@@ -14,7 +14,7 @@ cd "$(dirname "$0")/.."
 work=${1:-/tmp/pelkrin-bench}
 runs=${2:-5}
 mkdir -p "$work"
-cmake -S . -B out/release -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
+cmake -S . -B out/release -G Ninja -DCMAKE_BUILD_TYPE=Release -DPELKRIN_BENCH=ON >/dev/null
 cmake --build out/release --target Pelkrin Pelkrin-view make_assembly >/dev/null
 prefix=$work/asm200000
 [[ -s $prefix.sff && -s $prefix.ace ]] || out/release/bench/make_assembly "$prefix" 200000 800 100 99 1

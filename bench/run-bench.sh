@@ -48,7 +48,7 @@ command -v vsearch >/dev/null 2>&1 || {
   sudo=""; [[ $(id -u) -eq 0 ]] || sudo="sudo"
   $sudo apt-get install -y -qq vsearch >/dev/null
 }
-cmake -S . -B out/release -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
+cmake -S . -B out/release -G Ninja -DCMAKE_BUILD_TYPE=Release -DPELKRIN_BENCH=ON >/dev/null
 cmake --build out/release --target Pelkrin make_assembly run_measured >/dev/null
 pelkrin=$PWD/out/release/Pelkrin
 measured=$PWD/out/release/bench/run_measured

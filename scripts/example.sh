@@ -4,7 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
-cmake -S . -B out/release -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
+# The tests and the benchmark tools are not needed here (scripts/test.sh builds them).
+cmake -S . -B out/release -G Ninja -DCMAKE_BUILD_TYPE=Release -DPELKRIN_TESTS=OFF -DPELKRIN_BENCH=OFF >/dev/null
 cmake --build out/release --target Pelkrin Pelkrin-view -j "$(nproc 2>/dev/null || echo 2)" >/dev/null
 out/release/Pelkrin -f example/example.ace example/example.sff
 echo "== head of example/example.qdx"

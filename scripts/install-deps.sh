@@ -1,6 +1,9 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building (and, with --tests, testing) needs,
 # only those that are missing.
+#
+#   scripts/install-deps.sh           building Pelkrin, Pelkrin-view and Pelkrin-prep
+#   scripts/install-deps.sh --tests   that, and everything the tests use
 set -euo pipefail
 
 # zlib (zlib1g-dev) for Pelkrin-prep's gzip input: only Pelkrin-prep links it.
@@ -8,8 +11,10 @@ packages=(cmake g++ ninja-build make zlib1g-dev)
 if [[ "${1:-}" == "--tests" ]]; then
   # GoogleTest; clang and its libFuzzer runtime for the fuzz targets; a browser
   # and a fixed-width font for the test that renders the HTML page; valgrind;
-  # GNU time for the fuzzers' CPU figures
-  packages+=(libgtest-dev clang libclang-rt-14-dev chromium fonts-dejavu-core valgrind time)
+  # GNU time for the fuzzers' CPU figures; pkg-config for the test that builds
+  # a program against the installed library through pelkrin.pc; git for the
+  # date of the source in the man pages
+  packages+=(libgtest-dev clang libclang-rt-14-dev chromium fonts-dejavu-core valgrind time pkg-config git)
 fi
 
 missing=()

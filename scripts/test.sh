@@ -41,12 +41,13 @@ if [[ $long == 1 ]]; then
 fi
 
 stage "optimised build and tests"
-cmake -S . -B out/release -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
+# Tests and benchmark tools on, whatever an earlier configuring (scripts/example.sh) chose.
+cmake -S . -B out/release -G Ninja -DCMAKE_BUILD_TYPE=Release -DPELKRIN_TESTS=ON -DPELKRIN_BENCH=ON >/dev/null
 cmake --build out/release -j "$jobs"
 ctest --test-dir out/release --output-on-failure -j "$jobs"
 
 stage "sanitizer build and tests"
-cmake -S . -B out/sanitize -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPELKRIN_SANITIZE=ON -DPELKRIN_BENCH=OFF >/dev/null
+cmake -S . -B out/sanitize -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPELKRIN_SANITIZE=ON -DPELKRIN_TESTS=ON -DPELKRIN_BENCH=OFF >/dev/null
 cmake --build out/sanitize -j "$jobs"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   ctest --test-dir out/sanitize --output-on-failure -j "$jobs"

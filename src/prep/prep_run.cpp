@@ -4,6 +4,7 @@
 
 #include "common/fatal_error.h"
 #include "common/same_file.h"
+#include "common/version_line.h"
 #include "common/output_file.h"
 #include "prep/ace_layout.h"
 #include "prep/ace_rewrite.h"
@@ -120,6 +121,7 @@ std::string prep_usage() {
     return "usage: Pelkrin-prep check aceFile sffFile...\n"
            "       Pelkrin-prep ace [--keep-complete] IN OUT\n"
            "       Pelkrin-prep sff OUT IN...\n"
+           "       Pelkrin-prep -h | --help | --version\n"
            "  check  reports what stands between an assembly, its SFF files and Pelkrin\n"
            "  ace    writes an ACE file in the layout Pelkrin reads (input may be gzip)\n"
            "  sff    merges SFF files into one big-endian SFF file (input may be gzip)\n";
@@ -128,6 +130,10 @@ std::string prep_usage() {
 int run_prep(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
     if (args.size() == 1 && (args[0] == "-h" || args[0] == "--help")) {
         out << prep_usage() << std::flush;
+        return 0;
+    }
+    if (args.size() == 1 && args[0] == "--version") {
+        out << version_line("Pelkrin-prep") << std::flush;
         return 0;
     }
     if (args.empty()) {

@@ -3,6 +3,7 @@
 namespace pelkrin {
 namespace {
 
+// The first mode is the default.
 constexpr view_mode modes[] = {
     // name              html   span   flow   reads  operation
     {"align",            false, true,  false, true,  view_align},
@@ -22,6 +23,8 @@ constexpr view_mode modes[] = {
 }  // namespace
 
 std::span<const view_mode> view_modes() { return modes; }
+
+const view_mode& default_view_mode() { return modes[0]; }
 
 const view_mode* find_view_mode(std::string_view name) {
     for (const view_mode& mode : modes) {

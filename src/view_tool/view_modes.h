@@ -22,6 +22,9 @@ struct view_mode {
 // Every mode, in the order of the usage text.
 std::span<const view_mode> view_modes();
 
+// The mode shown when -m does not choose one: the table's first.
+const view_mode& default_view_mode();
+
 // The mode of that name, or null.
 const view_mode* find_view_mode(std::string_view name);
 

@@ -69,6 +69,7 @@ std::optional<int32_t> parse_view_number(std::string_view text) {
 parsed_view_options parse_view_options(const std::vector<std::string>& args) {
     parsed_view_options parsed;
     view_options& o = parsed.options;
+    o.mode = std::string(default_view_mode().name);
     std::vector<std::string> names;
     bool options_ended = false;
 
@@ -84,6 +85,10 @@ parsed_view_options parse_view_options(const std::vector<std::string>& args) {
         }
         if (arg == "--help") {
             parsed.command = view_command::help;
+            return parsed;
+        }
+        if (arg == "--version") {
+            parsed.command = view_command::version;
             return parsed;
         }
         if (arg[1] == '-') return usage_error("unknown option " + arg);

@@ -9,7 +9,7 @@
 namespace pelkrin {
 
 struct view_options {
-    std::string mode = "align";
+    std::string mode;  // a name of the mode table; the table's default unless -m says
     int32_t start = 1;
     std::optional<int32_t> width;  // none: up to the end of the consensus
     std::optional<std::string> colour_file;
@@ -20,7 +20,7 @@ struct view_options {
     std::string contig_name;  // empty for the report
 };
 
-enum class view_command { run, help, usage_error };
+enum class view_command { run, help, version, usage_error };
 
 struct parsed_view_options {
     view_command command = view_command::run;
@@ -30,7 +30,8 @@ struct parsed_view_options {
 
 // Parses the arguments after the program name. Options and their values are
 // taken left to right, before or after the two names; the first problem met
-// is the one reported, and -h or --help answers at once. "--" ends the options.
+// is the one reported, and -h, --help or --version answers at once. "--"
+// ends the options.
 parsed_view_options parse_view_options(const std::vector<std::string>& args);
 
 // Decimal digits only, from 1 to 2147483647.

@@ -9,6 +9,7 @@
 #include "ace/ace_reader.h"
 #include "common/fatal_error.h"
 #include "common/same_file.h"
+#include "common/version_line.h"
 #include "view_tool/colour_file.h"
 #include "view_tool/html_page.h"
 #include "view_tool/report/report_run.h"
@@ -57,6 +58,10 @@ int run_view(const std::vector<std::string>& args, std::ostream& out, std::ostre
     const parsed_view_options parsed = parse_view_options(args);
     if (parsed.command == view_command::help) {
         out << view_usage() << std::flush;
+        return 0;
+    }
+    if (parsed.command == view_command::version) {
+        out << version_line("Pelkrin-view") << std::flush;
         return 0;
     }
     if (parsed.command == view_command::usage_error) {

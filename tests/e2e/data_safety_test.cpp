@@ -445,29 +445,36 @@ TEST(DataSafetyKilled, OutputsReplaceTheFilesTheirLinksName) {
 }
 
 TEST(DataSafetyKilled, AFolderThatAdmitsNoNewFileIsWrittenInPlace) {
-    auto files = write_inputs(worked_example_ace(), build_sff(worked_example_sff()).bytes);
-    write_file(files.dir / "asm.reads", "old\n");
-    write_file(files.dir / "asm.qdx", "old\n");
-    for (const char* leaf : {"asm.reads", "asm.qdx"}) ::chmod((files.dir / leaf).c_str(), 0666);
-    ::chmod(files.dir.c_str(), 0555);
+    // The other user must reach the folder and the program: both stand
+    // outside the build tree, which may lie where only its owner can enter.
+    const shared_scratch shared;
+    const std::filesystem::path& dir = shared.path();
+    shared.write("asm.ace", worked_example_ace());
+    shared.write("reads.sff", build_sff(worked_example_sff()).bytes);
+    shared.write("Pelkrin", read_file(pelkrin_binary()), true);
+    write_file(dir / "asm.reads", "old\n");
+    write_file(dir / "asm.qdx", "old\n");
+    for (const char* leaf : {"asm.reads", "asm.qdx"}) ::chmod((dir / leaf).c_str(), 0666);
+    ::chmod(dir.c_str(), 0555);
+    const std::string program = (dir / "Pelkrin").string();
     // Run as a user other than the folder's owner (root may create files anywhere).
     const pid_t pid = ::fork();
     ASSERT_GE(pid, 0);
     if (pid == 0) {
         if (::geteuid() == 0 && (::setgid(65534) != 0 || ::setuid(65534) != 0)) ::_exit(125);
-        if (::chdir(files.dir.c_str()) != 0) ::_exit(126);
+        if (::chdir(dir.c_str()) != 0) ::_exit(126);
         const int null = ::open("/dev/null", O_WRONLY);
         ::dup2(null, 1);
-        ::execl(pelkrin_binary().c_str(), "Pelkrin", "asm.ace", "reads.sff", static_cast<char*>(nullptr));
+        ::execl(program.c_str(), "Pelkrin", "asm.ace", "reads.sff", static_cast<char*>(nullptr));
         ::_exit(127);
     }
     int status = 0;
     ::waitpid(pid, &status, 0);
-    ::chmod(files.dir.c_str(), 0755);
+    ::chmod(dir.c_str(), 0755);
     ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
-    EXPECT_EQ(read_file(files.dir / "asm.reads"), worked_example_reads);
-    EXPECT_EQ(read_file(files.dir / "asm.qdx"), worked_example_index);
+    EXPECT_EQ(WEXITSTATUS(status), 0) << "125: no other user; 126: the folder cannot be entered; 127: nor the program run";
+    EXPECT_EQ(read_file(dir / "asm.reads"), worked_example_reads);
+    EXPECT_EQ(read_file(dir / "asm.qdx"), worked_example_index);
 }
 
 }  // namespace

@@ -150,6 +150,15 @@ TEST(ViewTool, HelpPrintsTheUsageOnStandardOutput) {
     EXPECT_EQ(r.out, expected("usage.txt"));
 }
 
+TEST(ViewTool, VersionPrintsTheProjectsVersion) {
+    const program_result r = view({"--version"});
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "Pelkrin-view (Pelkrin) " PELKRIN_VERSION "\n");
+    EXPECT_EQ(r.err, "");
+    // As -h, it answers before the names are looked at.
+    EXPECT_EQ(view({"no.ace", "--version", "extra"}).out, r.out);
+}
+
 TEST(ViewTool, ColourFileColoursEveryHtmlMode) {
     const auto dir = scratch_dir();
     write_file(dir / "colours.txt", "A\t\"#00aa00\"\nC\t\"#0000ff\"\n\n*\t\"#999999\"\n");

@@ -6,9 +6,18 @@ add_test(NAME Install.ProgramsGoToBin
 add_test(NAME Install.ManPagesCarryTheVersion
   COMMAND sh -c "rm -rf '${CMAKE_CURRENT_BINARY_DIR}/install-man' && '${CMAKE_COMMAND}' --install '${CMAKE_BINARY_DIR}' --prefix '${CMAKE_CURRENT_BINARY_DIR}/install-man' >/dev/null && for page in Pelkrin.1 Pelkrin-view.1 Pelkrin-prep.1; do head -n 1 '${CMAKE_CURRENT_BINARY_DIR}/install-man/share/man/man1/'$page | grep -qF '\"Pelkrin ${PROJECT_VERSION}\"' || exit 1; done")
 
+# And the date of the source.
+add_test(NAME Install.ManPagesCarryTheDateOfTheSource
+  COMMAND sh ${CMAKE_CURRENT_SOURCE_DIR}/install/check-man-dates.sh ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/man)
+
 # cpack names its package after the project's version.
 add_test(NAME Package.NamedWithTheVersion
   COMMAND sh -c "rm -rf '${CMAKE_CURRENT_BINARY_DIR}/package-check' && '${CMAKE_CPACK_COMMAND}' --config '${CMAKE_BINARY_DIR}/CPackConfig.cmake' -B '${CMAKE_CURRENT_BINARY_DIR}/package-check' >/dev/null && tar tzf '${CMAKE_CURRENT_BINARY_DIR}/package-check/${CPACK_PACKAGE_NAME}-${PROJECT_VERSION}-${CPACK_SYSTEM_NAME}.tar.gz' | grep -qx '[^/]*/bin/Pelkrin'")
+# The source package leaves out build folders and scratch files.
+add_test(NAME Package.SourceLeavesOutBuildFoldersAndScratchFiles
+  COMMAND sh ${CMAKE_CURRENT_SOURCE_DIR}/install/check-source-package.sh ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}
+    ${CMAKE_CURRENT_BINARY_DIR}/source-package-check)
+set_tests_properties(Package.SourceLeavesOutBuildFoldersAndScratchFiles PROPERTIES TIMEOUT 300)
 # Each install writes install_manifest.txt in the build folder: one at a time.
 set_tests_properties(Install.ProgramsGoToBin Install.ManPagesCarryTheVersion Package.NamedWithTheVersion
   PROPERTIES RESOURCE_LOCK build_folder_install)

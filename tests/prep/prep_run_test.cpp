@@ -399,5 +399,12 @@ TEST(PrepUsage, BadCommandLinesEndWithStatus2) {
     EXPECT_TRUE(has(r.out, "usage: Pelkrin-prep")) << r.out;
 }
 
+TEST(PrepUsage, VersionPrintsTheProjectsVersion) {
+    const auto r = run_prep({"--version"}, scratch_dir());
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "Pelkrin-prep (Pelkrin) " PELKRIN_VERSION "\n");
+    EXPECT_EQ(r.err, "");
+}
+
 }  // namespace
 }  // namespace pelkrin::test

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <system_error>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -46,6 +47,24 @@ std::filesystem::path scratch_subdir(std::string_view name) {
     std::filesystem::remove_all(dir);
     std::filesystem::create_directories(dir);
     return dir;
+}
+
+shared_scratch::shared_scratch() {
+    std::string name = (std::filesystem::temp_directory_path() / "pelkrin-test-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("cannot make a folder in " + name);
+    path_ = name;
+    std::filesystem::permissions(path_, std::filesystem::perms(0755));
+}
+
+shared_scratch::~shared_scratch() {
+    std::error_code ignored;
+    std::filesystem::permissions(path_, std::filesystem::perms(0755), ignored);  // a test may have closed it
+    std::filesystem::remove_all(path_, ignored);
+}
+
+void shared_scratch::write(const std::string& leaf, std::string_view bytes, bool executable) const {
+    write_file(path_ / leaf, bytes);
+    std::filesystem::permissions(path_ / leaf, std::filesystem::perms(executable ? 0755 : 0644));
 }
 
 std::string read_file(const std::filesystem::path& p) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "view_tool/view_modes.h"
+#include "view_tool/view_options.h"
 #include "view_tool/view_usage.h"
 
 namespace pelkrin::test {
@@ -65,6 +66,14 @@ TEST(ViewModes, TheTableHoldsTheModesOfTheUsageTextInItsOrder) {
         ASSERT_NE(found, nullptr) << names[i];
         EXPECT_EQ(found, &view_modes()[i]) << names[i];
     }
+}
+
+// The default is align; the usage text and the command line take it from the table.
+TEST(ViewModes, TheDefaultIsTheTablesAlignMode) {
+    EXPECT_EQ(default_view_mode().name, "align");
+    EXPECT_EQ(&default_view_mode(), find_view_mode("align"));
+    EXPECT_NE(view_usage().find("  -m MODE     the view, default align:\n"), std::string::npos);
+    EXPECT_EQ(parse_view_options({"a.ace", "Contig1"}).options.mode, default_view_mode().name);
 }
 
 TEST(ViewModes, EachModeHasItsPropertiesAndOperation) {
