@@ -127,7 +127,7 @@ checked_sffs check_sffs(const std::vector<std::string>& names, std::ostream& out
         for (const checked_sff& f : all.files)
             if (f.input) parts.push_back(sff_input{f.name, f.input->bytes(), f.layout});
         try {
-            plan_merge(parts);
+            plan_merge_header(parts);
         } catch (const fatal_error& e) {
             out << "  problem: they cannot be merged: " << problem_text(e) << "\n";
             all.ready = false;

@@ -41,7 +41,7 @@ std::uint16_t field16(const std::uint8_t* p, bool big) {
 
 }  // namespace
 
-merge_plan plan_merge(const std::vector<sff_input>& inputs) {
+merge_plan plan_merge_header(const std::vector<sff_input>& inputs) {
     merge_plan plan;
     // The part with the most flows gives the flow characters; every other must begin alike.
     const sff_part* widest = nullptr;
@@ -94,6 +94,14 @@ merge_plan plan_merge(const std::vector<sff_input>& inputs) {
                                  " bytes after the last read that are no SFF file are left out");
     }
 
+    return plan;
+}
+
+merge_plan plan_merge(const std::vector<sff_input>& inputs) {
+    merge_plan plan = plan_merge_header(inputs);
+    // No SFF file in any of them: nothing more to settle.
+    if (std::all_of(inputs.begin(), inputs.end(), [](const sff_input& in) { return in.layout.parts.empty(); }))
+        return plan;
     // The last record of each name is the one kept, as Pelkrin's index would
     // take it. Records are sorted by the hash of their name (taken when the
     // walk had the name at hand), so that only records whose hashes agree

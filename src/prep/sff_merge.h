@@ -45,6 +45,13 @@ struct merge_plan {
 // or damaged, flow characters or keys that differ.
 merge_plan plan_merge(const std::vector<sff_input>& inputs);
 
+// The part of the plan that says whether the inputs can be merged, from the
+// files' headers alone: flows, flow characters, key and version, and the
+// notes on them; throws as plan_merge does. The records are not looked at
+// (`kept` stays empty, no duplicate names are sought), so that a check need
+// not sort every read of every file by name.
+merge_plan plan_merge_header(const std::vector<sff_input>& inputs);
+
 // Writes the merged file to `out`. When `direct` is given (it must be `out`
 // itself), runs of records that need no change go from the input's bytes
 // straight to the file. `done` is called with the input bytes handled so far.
