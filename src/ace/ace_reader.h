@@ -22,9 +22,9 @@ public:
     int32_t read_total = 0;  // as the AS line announces; kept for callers only
 
     // No file open yet; `messages` takes the reader's reports that do not end the run.
-    explicit aceReader(console messages) : messages_(messages) {}
+    explicit aceReader(console messages = standard_console()) : messages_(messages) {}
     // Opens the file and reads its AS line; any failure throws fatal_error.
-    aceReader(std::string name, console messages);
+    explicit aceReader(std::string name, console messages = standard_console());
     // Reads `text` (which must outlive the reader) as the file named `name`.
     aceReader(std::string name, std::string_view text, console messages);
     aceReader(const aceReader&) = delete;

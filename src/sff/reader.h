@@ -35,7 +35,7 @@ public:
 
     // Opens the file; throws fatal_error when it cannot. Reports that do not end
     // the run (short reads, the end of the file) go to `messages`.
-    reader(std::string name, console messages);
+    explicit reader(std::string name, console messages = standard_console());
     // Reads `bytes` as the file named `name`; they must outlive the reader.
     reader(std::string name, std::span<const std::uint8_t> bytes, console messages);
     // Reads `bytes`, which the reader keeps, as the file named `name`.

@@ -32,6 +32,28 @@ TEST(AceReaderOpen, ConstructorReadsAsCounts) {
     EXPECT_TRUE(r.ace_in.is_open());
 }
 
+// As a program using the installed library first writes it: a file name
+// alone, the reports going to the standard streams.
+TEST(AceReaderOpen, FromAFileNameAloneReportsToTheStandardStreams) {
+    const std::string path = scratch_ace(two_contigs);
+    auto io = run_captured([&] {
+        aceReader r(path);
+        EXPECT_EQ(r.contig_num, 2);
+        contig c;
+        EXPECT_TRUE(r.next_contig(c));
+    });
+    EXPECT_EQ(io.exit_status, std::nullopt);
+    EXPECT_EQ(io.out, "");
+    EXPECT_EQ(io.err, "");
+    // No file open: told on standard error.
+    auto empty = run_captured([] {
+        aceReader r;
+        contig c;
+        EXPECT_FALSE(r.next_contig(c));
+    });
+    EXPECT_EQ(empty.err, "Error: there is no ACE file open!\n");
+}
+
 TEST(AceReaderOpen, AsWordAndCountsMayStandOnSeveralLines) {
     const auto result = run_captured([] {
         aceReader r(scratch_ace("\n  \nAS\n2\n\n 7\nCO c 3 0 0 U\nACG\n\nBQ\n\nAF\nBS\n\nRD\n"), test::std_console());

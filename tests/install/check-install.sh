@@ -18,9 +18,16 @@ prefix=$work/prefix
 cmake --install "$build" --prefix "$prefix" >/dev/null
 test -n "$(find "$prefix" -name libpelkrin.a)" || { echo "no libpelkrin.a installed"; exit 1; }
 test -f "$prefix/include/pelkrin/ace/ace_reader.h" || { echo "public header missing"; exit 1; }
-for private in driver views/tool; do
-  test ! -e "$prefix/include/pelkrin/$private" || { echo "private headers installed: $private"; exit 1; }
+for private in driver view_tool prep; do
+  test ! -e "$prefix/include/pelkrin/$private" || { echo "a program's headers installed: $private"; exit 1; }
 done
+# Every installed header finds what it includes there: one file including
+# them all compiles against the prefix alone.
+(cd "$prefix/include" && find pelkrin -name '*.h' | sort | sed 's/.*/#include <&>/') >"$work/all-headers.cpp"
+test "$(wc -l <"$work/all-headers.cpp")" -gt 50 || { echo "too few headers installed"; exit 1; }
+# shellcheck disable=SC2086
+${CXX:-c++} -std=c++20 -fsyntax-only $flags -I"$prefix/include" "$work/all-headers.cpp" ||
+  { echo "the installed headers do not compile on their own"; exit 1; }
 
 # Through CMake.
 cmake -S "$here/consumer" -B "$work/cmake-build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \

@@ -69,6 +69,24 @@ TEST(ReaderEdge, HeaderClaimingMoreReadsThanTheFileHolds) {
     EXPECT_EQ(index.at("longer_name_C"), sff.record_offsets[2]);
 }
 
+// A file name alone: the reports that do not end the run go to the standard streams.
+TEST(ReaderEdge, FromAFileNameAloneReportsToTheStandardStreams) {
+    sff_fixture f = three_reads();
+    f.claimed_reads = 7;
+    const auto path = (test::scratch_dir() / "in.sff").string();
+    test::write_file(path, build_sff(f).bytes);
+    read_index index;
+    auto io = test::run_captured([&] {
+        reader r(path);
+        EXPECT_EQ(r.get_header(), 1);
+        EXPECT_EQ(r.build_read_index(index), 0);
+    });
+    EXPECT_EQ(io.exit_status, std::nullopt);
+    EXPECT_EQ(io.err, "Error ocurred while reading file " + path + "\n");
+    EXPECT_EQ(io.out, "Only got 0 bytes while 16 is need\n");
+    EXPECT_EQ(index.size(), 3u);
+}
+
 TEST(ReaderEdge, DataLengthMultipleOfEightIsFollowedDirectlyByTheNextRecord) {
     sff_fixture f;
     f.flows = 8;  // 16 flowgram bytes + 3 x 8 bases = 40, no padding

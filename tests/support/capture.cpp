@@ -31,7 +31,7 @@ private:
 
 }  // namespace
 
-console std_console() { return console{std::cout, std::cerr}; }
+console std_console() { return standard_console(); }
 
 captured run_captured(const std::function<void()>& body) {
     captured result;

@@ -12,7 +12,8 @@ int main(int argc, char** argv) {
         std::cerr << "usage: consumer aceFile\n";
         return 2;
     }
-    pelkrin::aceReader reader(argv[1], pelkrin::console{std::cout, std::cerr});
+    // Its reports that do not end the reading go to the standard streams.
+    pelkrin::aceReader reader(argv[1]);
     for (;;) {
         pelkrin::contig c;
         if (!reader.next_contig(c)) break;
