@@ -133,19 +133,32 @@ std::int64_t output_file::position_at(std::int64_t offset) const {
     return offset;
 }
 
+bool output_file::finish_writing() {
+    if (file_ != nullptr) {
+        flush();
+        if (std::fclose(file_) != 0) write_failed_ = true;
+        file_ = nullptr;
+        closed_ = true;
+    }
+    return closed_ && !write_failed_;
+}
+
 bool output_file::finish() {
     if (finished_) return !write_failed_;
     finished_ = true;
-    if (file_ == nullptr) return false;
-    flush();
-    if (std::fclose(file_) != 0) write_failed_ = true;
-    file_ = nullptr;
+    // A file cut short by a failed write is worth less than the one it would
+    // replace: it goes, and the file of the name stays as it was.
+    if (!finish_writing()) {
+        remove_temporary();
+        return false;
+    }
     if (!temp_path_.empty()) {
         if (std::rename(temp_path_.c_str(), final_path_.c_str()) != 0) {
             write_failed_ = true;
             ::unlink(temp_path_.c_str());
         }
         unregister_temporary_file(temp_path_);
+        temp_path_.clear();
     }
     return !write_failed_;
 }
@@ -167,13 +180,16 @@ std::uint64_t output_file::copy_range(int fd, std::int64_t offset, std::uint64_t
 void output_file::discard() {
     if (finished_) return;
     finished_ = true;
-    if (file_ == nullptr) return;
-    std::fclose(file_);
+    if (file_ != nullptr) std::fclose(file_);
     file_ = nullptr;
-    if (!temp_path_.empty()) {
-        ::unlink(temp_path_.c_str());
-        unregister_temporary_file(temp_path_);
-    }
+    remove_temporary();
+}
+
+void output_file::remove_temporary() {
+    if (temp_path_.empty()) return;
+    ::unlink(temp_path_.c_str());
+    unregister_temporary_file(temp_path_);
+    temp_path_.clear();
 }
 
 }  // namespace pelkrin

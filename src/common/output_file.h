@@ -4,9 +4,10 @@
 //
 // A file that is absent or regular is written under a temporary name in its
 // folder and put in place of its name by finish(), which the destructor calls
-// too (so a run that ends with an error still leaves what it wrote). A run
-// killed by a signal removes the temporary file and leaves the previous file
-// untouched (see temporary_files.h). A symbolic link is followed: the file it
+// too (so a run that ends with an error in its inputs still leaves what it
+// wrote). A write that fails, a run that discards the file, and a run killed
+// by a signal remove the temporary file and leave the previous file untouched
+// (see temporary_files.h). A symbolic link is followed: the file it
 // names is replaced and the link stays a link. Any other kind of file (a
 // device, a FIFO), or a file whose folder admits no new file, is written in
 // place, emptied on opening.
@@ -29,7 +30,7 @@ public:
     // The name it was opened by.
     const std::string& name() const { return name_; }
     // True when the file could not be opened.
-    bool failed_to_open() const { return file_ == nullptr && !finished_; }
+    bool failed_to_open() const { return file_ == nullptr && !finished_ && !closed_; }
     // True once a write to the file has failed; what is written after that is dropped.
     bool write_failed() const { return write_failed_; }
     // True when `path` names the file this one will stand at.
@@ -58,8 +59,14 @@ public:
     // Leaves sending the file to the disk to the system, rather than asking
     // for it every 8 MB as the file is written (see write_handed).
     void send_to_disk_when_the_system_does() { send_early_ = false; }
-    // Writes what is buffered, closes the file and puts it in place of its name.
-    // False when any write, the close or the renaming failed. Once only.
+    // Writes what is buffered and closes the file, leaving it under its
+    // temporary name: false when any write or the close failed. For a program
+    // that writes several files and puts them in place only when all of them
+    // are whole. Nothing can be written after it.
+    bool finish_writing();
+    // Finishes writing and puts the file in place of its name. False when any
+    // write, the close or the renaming failed: the file written is then
+    // removed, and the file of the name stays as it was. Once only.
     bool finish();
     // Closes the file and removes what was written instead of putting it in
     // place: the file of the name stays as it was. Once only, instead of finish().
@@ -73,6 +80,8 @@ private:
     bool open_in_place();
     // Starts writing what was written since the last call to the disk.
     void send_to_disk();
+    // Removes the temporary file, if there is one.
+    void remove_temporary();
 
     std::string name_;
     std::string final_path_;  // where the temporary file goes at the end: the name, or the file a link names
@@ -84,7 +93,8 @@ private:
     std::int64_t let_go_ = 0;        // the file's first bytes whose pages were let go
     bool write_failed_ = false;
     bool send_early_ = true;
-    bool finished_ = false;
+    bool closed_ = false;    // by finish_writing
+    bool finished_ = false;  // by finish or discard
 };
 
 }  // namespace pelkrin

@@ -2,7 +2,7 @@
 
 #include <iostream>
 
-#include "common/fatal_error.h"
+#include "common/program_entry.h"
 #include "driver/command_line.h"
 #include "driver/texts.h"
 #include "reads_format/output_names.h"
@@ -21,13 +21,10 @@ int entry(int argc, const char* const* argv, const run_function& run) {
         case outcome::run: break;
     }
     const std::string prefix = output_prefix(cl.ace_file);
-    try {
+    return run_guarded(PRG, std::cerr, [&] {
         return run(run_request{cl.flowgram, cl.ace_file, cl.sff_file, reads_file_name(prefix),
                                index_file_name(prefix)});
-    } catch (const fatal_error& e) {
-        std::cerr << e.message() << std::flush;
-        return e.status();
-    }
+    });
 }
 
 }  // namespace pelkrin

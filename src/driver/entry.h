@@ -17,7 +17,8 @@ using run_function = std::function<int(const run_request&)>;
 
 // Returns the process's exit status: 0 after the texts, else what `run`
 // returns; a fatal_error out of `run` has its message written to standard
-// error and gives its status.
+// error and gives its status, and anything else thrown ends in a message
+// and status 1 (common/program_entry.h).
 int entry(int argc, const char* const* argv, const run_function& run);
 
 }  // namespace pelkrin

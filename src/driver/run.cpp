@@ -32,6 +32,15 @@ void check_opened(const output_file& out) {
     if (out.failed_to_open()) throw fatal_error(1, "can not open file " + out.name() + "\n");
 }
 
+// A write that failed leaves nothing a user wants: both files written are
+// removed, and the pair of an earlier run stays as it was.
+[[noreturn]] void cannot_write(const output_file& failed, output_file& reads_out, output_file& index_out) {
+    const std::string name = failed.name();
+    reads_out.discard();
+    index_out.discard();
+    throw fatal_error(1, "can not write file " + name + "\n");
+}
+
 // Every contig's header and index lines, and the entries formatted for it. The
 // reads file's buffers come formatted; writing them here leaves the files as
 // writing each piece here would have: the same bytes, a failed write noticed
@@ -47,7 +56,7 @@ void write_entries(entry_formatter& formatter, output_file& reads_out, output_fi
             } else if (reads_out.write_failed() || index_out.write_failed()) {
                 reads_out.write_handed(batch.text.data(), m.at);
                 for (const output_file* out : {&reads_out, &index_out}) {
-                    if (out->write_failed()) throw fatal_error(1, "can not write file " + out->name() + "\n");
+                    if (out->write_failed()) cannot_write(*out, reads_out, index_out);
                 }
             }
         }
@@ -57,8 +66,14 @@ void write_entries(entry_formatter& formatter, output_file& reads_out, output_fi
     }
 }
 
-void finish_output(output_file& out) {
-    if (!out.finish()) throw fatal_error(1, "can not write file " + out.name() + "\n");
+// Both files are put in place only once both are whole.
+void finish_outputs(output_file& reads_out, output_file& index_out) {
+    for (output_file* out : {&reads_out, &index_out}) {
+        if (!out->finish_writing()) cannot_write(*out, reads_out, index_out);
+    }
+    for (output_file* out : {&reads_out, &index_out}) {
+        if (!out->finish()) cannot_write(*out, reads_out, index_out);
+    }
 }
 
 // What keeps the outputs from being complete, one message a line; empty when nothing does.
@@ -117,9 +132,18 @@ int run(const run_request& request, console messages) {
     // Reads are decoded and their entries formatted on another thread; this
     // one writes them.
     entry_formatter formatter(feed, sff, index, request.flowgram);
-    write_entries(formatter, reads_out, index_out, request.flowgram ? 3 : 1);
-    finish_output(reads_out);
-    finish_output(index_out);
+    try {
+        write_entries(formatter, reads_out, index_out, request.flowgram ? 3 : 1);
+    } catch (...) {
+        // An error in the inputs leaves what was written, unless a write
+        // failed before it was noticed: then neither file is worth keeping.
+        if (reads_out.write_failed() || index_out.write_failed()) {
+            reads_out.discard();
+            index_out.discard();
+        }
+        throw;
+    }
+    finish_outputs(reads_out, index_out);
     const std::string problems = incomplete_inputs(request, ace, sff);
     if (!problems.empty()) throw fatal_error(1, problems);
     print_completion(request, messages.out);

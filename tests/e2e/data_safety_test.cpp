@@ -92,39 +92,45 @@ TEST(DataSafetyWrites, FileSizeLimitEndsTheRunWithCanNotWrite) {
         names.push_back(name);
     }
     auto files = write_inputs(ace_file({ace_contig("Big", names)}), build_sff(f).bytes);
+    write_file(files.dir / "asm.reads", "earlier reads\n");
+    write_file(files.dir / "asm.qdx", "earlier index\n");
     run_limits limits;
     limits.file_size = 50000;
     auto r = run_pelkrin(files, {"-f"}, limits);
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.err, "can not write file asm.reads\n");
     EXPECT_EQ(r.out, "");
+    // A failed write leaves nothing a user wants: the earlier pair stays.
     const auto found = outputs_in(files);
     ASSERT_EQ(found.size(), 2u) << "no temporary file left";
-    EXPECT_LE(found.at("asm.reads").size(), 50000u);
-    EXPECT_EQ(found.at("asm.qdx"), "Big\t12\t4000\t3\n");
+    EXPECT_EQ(found.at("asm.reads"), "earlier reads\n");
+    EXPECT_EQ(found.at("asm.qdx"), "earlier index\n");
 }
 
 TEST(DataSafetyWrites, ReadsFileLinkedToDevFull) {
     auto files = write_inputs(worked_example_ace(), build_sff(worked_example_sff()).bytes);
     std::filesystem::create_symlink("/dev/full", files.dir / "asm.reads");
+    write_file(files.dir / "asm.qdx", "earlier index\n");
     auto r = run_pelkrin(files);
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.err, "can not write file asm.reads\n");
     EXPECT_EQ(r.out, "");
     EXPECT_TRUE(std::filesystem::is_symlink(files.dir / "asm.reads"));
-    // A device is written in place, and has no positions to give.
-    EXPECT_EQ(read_file(files.dir / "asm.qdx"), "Contig1\t-1\t2\t1\nContig2\t-1\t1\t1\n");
+    // The index written is no use without its reads file: the earlier one stays.
+    EXPECT_EQ(read_file(files.dir / "asm.qdx"), "earlier index\n");
     EXPECT_EQ(outputs_in(files).size(), 2u);
 }
 
 TEST(DataSafetyWrites, IndexFileLinkedToDevFull) {
     auto files = write_inputs(worked_example_ace(), build_sff(worked_example_sff()).bytes);
     std::filesystem::create_symlink("/dev/full", files.dir / "asm.qdx");
+    write_file(files.dir / "asm.reads", "earlier reads\n");
     auto r = run_pelkrin(files);
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.err, "can not write file asm.qdx\n");
     EXPECT_EQ(r.out, "");
-    EXPECT_EQ(read_file(files.dir / "asm.reads"), worked_example_reads);
+    EXPECT_EQ(read_file(files.dir / "asm.reads"), "earlier reads\n");
+    EXPECT_EQ(outputs_in(files).size(), 2u) << "no temporary file left";
 }
 
 TEST(DataSafetyWrites, CompletionMessageThatCannotBeWritten) {
