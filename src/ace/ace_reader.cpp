@@ -38,6 +38,8 @@ aceReader::aceReader(std::string name, std::string_view text, console messages)
 
 bool aceReader::open_file(const char* name) {
     ace_in.close();
+    header_unusable_ = false;
+    unannounced_contigs_ = false;
     contig_num = 0;
     read_total = 0;
     file_name = name;
@@ -49,6 +51,8 @@ bool aceReader::open_file(const char* name) {
 
 void aceReader::close_file() {
     ace_in.close();
+    header_unusable_ = false;
+    unannounced_contigs_ = false;
     contig_num = 0;
     read_total = 0;
 }
@@ -61,6 +65,22 @@ void aceReader::read_header() {
     // reading of contigs before it starts.
     ace_in.read_number(contig_num);
     ace_in.read_number(read_total);
+    header_unusable_ = contig_num == 0 || ace_in.failed();
+}
+
+bool aceReader::holds_unannounced_contigs() {
+    if (!header_unusable_ || file_name.empty() || !ace_in.is_open()) return unannounced_contigs_;
+    header_unusable_ = false;  // the rest of the file is read once
+    ace_in.clear_failure();
+    std::string word;
+    std::string_view line;
+    while (!unannounced_contigs_ && ace_in.next_line(line)) {
+        line_scanner scanner(line);
+        word.clear();
+        scanner.word(word);
+        unannounced_contigs_ = word == "CO";
+    }
+    return unannounced_contigs_;
 }
 
 bool aceReader::skip_block() {

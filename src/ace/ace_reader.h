@@ -45,6 +45,11 @@ public:
     bool ended_inside_contig() const { return ended_inside_contig_; }
     const std::string& unfinished_contig() const { return begun_name_; }
     bool unfinished_contig_had_cr() const { return co_line_had_cr_; }
+    // After next_contig returned false: true when the AS line announced no
+    // contig, or its counts could not be read, and yet a later line of the
+    // file begins with the word CO. Reads the rest of the file to find out;
+    // reading contigs is over after it.
+    bool holds_unannounced_contigs();
     // Reads the next contig as next_contig does, lines read and checked alike,
     // but keeps only what the reads file needs: its name and its reads' names
     // (the keys of contig::reads), passing over the bases. `target` is filled anew.
@@ -58,6 +63,8 @@ private:
     bool ended_inside_contig_ = false;
     std::string begun_name_;            // the name on the last CO line
     bool co_line_had_cr_ = false;
+    bool header_unusable_ = false;      // the AS line announced no contig, or its counts failed
+    bool unannounced_contigs_ = false;  // what holds_unannounced_contigs found
     // The contig's reads in the order of its AF lines, which is the order of
     // its RD records in most files: each RD record looks there first.
     std::vector<std::map<std::string, READ>::iterator> af_order_;

@@ -41,6 +41,10 @@ public:
     bool read_word(std::string& out);
     bool read_number(int32_t& out);
 
+    // Leaves the failed state, as clearing an input stream does: reading goes
+    // on from where the failed read stopped. Nothing open stays failed.
+    void clear_failure() { failed_ = file_ == nullptr; }
+
     // The end of the data has been met, a read failed, or nothing is open.
     bool at_end() const { return eof_ || failed_ || file_ == nullptr; }
     bool failed() const { return failed_; }

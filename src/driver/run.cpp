@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "ace/ace_reader.h"
+#include "ace/reading_end.h"
 #include "common/fatal_error.h"
 #include "common/same_file.h"
 #include "driver/contig_feed.h"
@@ -77,13 +78,9 @@ void finish_outputs(output_file& reads_out, output_file& index_out) {
 }
 
 // What keeps the outputs from being complete, one message a line; empty when nothing does.
-std::string incomplete_inputs(const run_request& request, const aceReader& ace, const reader& sff) {
-    std::string problems;
-    if (ace.ended_inside_contig()) {
-        problems += "Error: the ACE file " + request.ace_file + " ends inside contig " + ace.unfinished_contig();
-        if (ace.unfinished_contig_had_cr()) problems += " (its lines end with CR LF)";
-        problems += "\n";
-    }
+std::string incomplete_inputs(const run_request& request, aceReader& ace, const reader& sff) {
+    // The ACE file's messages come first.
+    std::string problems = incomplete_reading(ace);
     if (!sff.walk_complete()) {
         // A walk that found every record counted the last one, which the file cut short.
         const std::uint64_t found = sff.read_count >= sff.header_p1.number_of_reads && sff.read_count > 0

@@ -334,6 +334,51 @@ TEST(RunMessages, UnexpectedTagKeepsWhatWasWritten) {
     EXPECT_EQ(read_file(files.dir / "asm.qdx"), "Contig1\t13\t2\t1\n");
 }
 
+// An AS line that announces no contig, or whose counts cannot be read, in a
+// file that holds contigs: the reader reads none, the outputs are the empty
+// files it leads to, and the run says why instead of "Done!".
+TEST(RunMessages, AsLineThatAnnouncesNoneOfTheFilesContigs) {
+    const std::string contigs = worked_example_ace().substr(worked_example_ace().find("\n\n") + 2);
+    for (const char* as_line : {"AS 0 0", "AS 3", "AS x y", "AS 2147483648 57", "AS 0 3"}) {
+        SCOPED_TRACE(as_line);
+        auto files = write_inputs(std::string(as_line) + "\n\n" + contigs, build_sff(worked_example_sff()).bytes);
+        write_file(files.dir / "asm.reads", "earlier\n");
+        auto r = run_pelkrin(files);
+        EXPECT_EQ(r.status, 1);
+        EXPECT_EQ(r.err, "Error: the ACE file asm.ace holds contigs that its AS line does not announce\n");
+        EXPECT_EQ(r.out, "");
+        EXPECT_EQ(read_file(files.dir / "asm.reads"), "");
+        EXPECT_EQ(read_file(files.dir / "asm.qdx"), "");
+    }
+}
+
+// With the SFF file cut short too, the ACE file's message comes first.
+TEST(RunMessages, AsLineThatAnnouncesNoneBeforeACutSffFile) {
+    sff_fixture f = worked_example_sff();
+    f.claimed_reads = 5;
+    const std::string contigs = worked_example_ace().substr(worked_example_ace().find("\n\n") + 2);
+    auto files = write_inputs("AS 0 0\n\n" + contigs, build_sff(f).bytes);
+    auto r = run_pelkrin(files);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err, "Error ocurred while reading file reads.sff\n"
+                     "Error: the ACE file asm.ace holds contigs that its AS line does not announce\n"
+                     "Error: the SFF file reads.sff ends after 3 of its 5 reads\n");
+    EXPECT_EQ(r.out, "Only got 0 bytes while 16 is need\n");
+}
+
+// An assembly of no contig that says so is complete.
+TEST(RunMessages, AsLineOfNoContigsInAFileWithoutContigsIsComplete) {
+    for (const char* text : {"AS 0 0\n", "AS 0 0\n\nWA{\nCT x\n}\n", "AS x\n\n  COx y\n"}) {
+        SCOPED_TRACE(text);
+        auto files = write_inputs(text, build_sff(worked_example_sff()).bytes);
+        auto r = run_pelkrin(files);
+        EXPECT_EQ(r.status, 0) << r.err;
+        EXPECT_EQ(r.err, "");
+        EXPECT_EQ(r.out, completion);
+        EXPECT_EQ(read_file(files.dir / "asm.reads"), "");
+    }
+}
+
 TEST(RunMessages, RdWithoutAf) {
     std::string contig = ace_contig("Contig1", {"readA"});
     contig.replace(contig.find("RD readA"), 8, "RD readZ");
