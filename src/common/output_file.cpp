@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 #include <utility>
 
 #include "common/temporary_files.h"
@@ -81,7 +82,10 @@ output_file::output_file(std::string path) : name_(std::move(path)) {
 
 bool output_file::open_in_place() {
     file_ = std::fopen(name_.c_str(), "w");
-    if (file_ == nullptr) return false;
+    if (file_ == nullptr) {
+        error_ = errno;
+        return false;
+    }
     std::setvbuf(file_, nullptr, _IONBF, 0);
     struct stat st {};
     // Positions are only meaningful for a file that can seek (not a pipe).
@@ -103,7 +107,7 @@ void output_file::hand_on(std::vector<char>& bytes, std::size_t used) { write_ha
 void output_file::write_handed(const char* bytes, std::size_t n) {
     if (n == 0 || file_ == nullptr || write_failed_) return;
     if (std::fwrite(bytes, 1, n, file_) != n) {
-        write_failed_ = true;
+        fail(errno);
         return;
     }
     written_ += static_cast<std::int64_t>(n);
@@ -128,6 +132,13 @@ void output_file::send_to_disk() {
     sent_to_disk_ = written_;
 }
 
+void output_file::fail(int error) {
+    if (!write_failed_) error_ = error;
+    write_failed_ = true;
+}
+
+std::string output_file::failure_reason() const { return error_ == 0 ? std::string() : std::strerror(error_); }
+
 std::int64_t output_file::position_at(std::int64_t offset) const {
     if (write_failed_ || !seekable_ || file_ == nullptr) return -1;
     return offset;
@@ -136,7 +147,7 @@ std::int64_t output_file::position_at(std::int64_t offset) const {
 bool output_file::finish_writing() {
     if (file_ != nullptr) {
         flush();
-        if (std::fclose(file_) != 0) write_failed_ = true;
+        if (std::fclose(file_) != 0) fail(errno);
         file_ = nullptr;
         closed_ = true;
     }
@@ -154,7 +165,7 @@ bool output_file::finish() {
     }
     if (!temp_path_.empty()) {
         if (std::rename(temp_path_.c_str(), final_path_.c_str()) != 0) {
-            write_failed_ = true;
+            fail(errno);
             ::unlink(temp_path_.c_str());
         }
         unregister_temporary_file(temp_path_);

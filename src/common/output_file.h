@@ -33,6 +33,10 @@ public:
     bool failed_to_open() const { return file_ == nullptr && !finished_ && !closed_; }
     // True once a write to the file has failed; what is written after that is dropped.
     bool write_failed() const { return write_failed_; }
+    // Why the file could not be opened, or why the first write, close or
+    // renaming that failed did, in the system's words ("No space left on
+    // device", "File too large"); empty when nothing failed.
+    std::string failure_reason() const;
     // True when `path` names the file this one will stand at.
     bool same_file_as(const std::string& path) const;
 
@@ -82,6 +86,8 @@ private:
     void send_to_disk();
     // Removes the temporary file, if there is one.
     void remove_temporary();
+    // Marks the file failed, keeping the first error's number.
+    void fail(int error);
 
     std::string name_;
     std::string final_path_;  // where the temporary file goes at the end: the name, or the file a link names
@@ -92,6 +98,7 @@ private:
     std::int64_t sent_to_disk_ = 0;  // the file's first bytes the disk was asked to take
     std::int64_t let_go_ = 0;        // the file's first bytes whose pages were let go
     bool write_failed_ = false;
+    int error_ = 0;  // the system's error number of the first failure, opening included
     bool send_early_ = true;
     bool closed_ = false;    // by finish_writing
     bool finished_ = false;  // by finish or discard

@@ -3,7 +3,9 @@
 #include "common/output_file.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "files.h"
@@ -43,6 +45,8 @@ TEST(OutputFile, DestroyedUnfinishedStillPutsWhatWasWrittenInPlace) {
 }
 
 TEST(OutputFile, AFolderThatDoesNotExistCannotBeOpened) {
+    // Why, in the system's words.
+    EXPECT_EQ(output_file("/nonexistent-folder/x").failure_reason(), "No such file or directory");
     const auto dir = test::scratch_dir();
     output_file out((dir / "none" / "out.txt").string());
     EXPECT_TRUE(out.failed_to_open());
@@ -59,7 +63,54 @@ TEST(OutputFile, AWriteToAFullDeviceFailsAndIsKept) {
     EXPECT_FALSE(out.write_failed()) << "still in the buffer";
     out.write(megabyte);  // the buffer is full: the first megabyte goes out
     EXPECT_TRUE(out.write_failed());
+    EXPECT_EQ(out.failure_reason(), "No space left on device");
     EXPECT_FALSE(out.finish());
+}
+
+// A file cut short by a failed write is worth less than the one it would
+// replace: the earlier file stays, and no temporary file is left.
+TEST(OutputFile, AFailedWriteLeavesTheEarlierFileAndNoTemporary) {
+    const auto dir = test::scratch_dir();
+    test::write_file(dir / "out.txt", "earlier\n");
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{100000, before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    bool finished = true;
+    std::string reason;
+    {
+        output_file out((dir / "out.txt").string());
+        out.write(std::string(3u << 20, 'x'));
+        finished = out.finish();
+        reason = out.failure_reason();
+    }
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_FALSE(finished);
+    EXPECT_EQ(reason, "File too large");
+    EXPECT_EQ(test::read_file(dir / "out.txt"), "earlier\n");
+    EXPECT_EQ(files_in(dir), 1u);
+}
+
+// Written whole but not yet put in place: a program that writes several
+// files puts them in place only when all are whole, or discards them all.
+TEST(OutputFile, FinishedWritingIsNotYetInPlace) {
+    const auto dir = test::scratch_dir();
+    test::write_file(dir / "a.txt", "earlier\n");
+    output_file out((dir / "a.txt").string());
+    out.write("new\n");
+    ASSERT_TRUE(out.finish_writing());
+    EXPECT_FALSE(out.failed_to_open());
+    EXPECT_EQ(test::read_file(dir / "a.txt"), "earlier\n");
+    out.discard();
+    EXPECT_EQ(test::read_file(dir / "a.txt"), "earlier\n");
+    EXPECT_EQ(files_in(dir), 1u) << "the temporary file is gone";
+    output_file again((dir / "a.txt").string());
+    again.write("new\n");
+    ASSERT_TRUE(again.finish_writing());
+    ASSERT_TRUE(again.finish());
+    EXPECT_EQ(test::read_file(dir / "a.txt"), "new\n");
 }
 
 TEST(OutputFile, SameFileAsSeesThroughLinks) {
