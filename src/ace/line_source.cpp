@@ -1,5 +1,6 @@
 #include "ace/line_source.h"
 
+#include <cerrno>
 #include <charconv>
 #include <cstring>
 #include <system_error>
@@ -21,10 +22,11 @@ line_source::~line_source() {
 
 bool line_source::open(const std::string& path) {
     input_file file;
-    // A file of any kind that opens is read: what cannot be read as an ACE
-    // file is the reader's to tell, in its own words.
+    // A folder, or anything else that opens, is read: what cannot be read as
+    // an ACE file is the reader's to tell, in its own words. A device is not
+    // opened: /dev/zero would be read without end.
     file.open(path, input_reading::front_to_back);
-    if (!file.is_open()) return start(nullptr);
+    if (!file.is_open() || file.error() == ENODEV) return start(nullptr);
     std::FILE* stream = ::fdopen(file.descriptor(), "rb");
     if (stream != nullptr) file.release();
     return start(stream);

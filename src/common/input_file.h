@@ -46,7 +46,7 @@ public:
     // "cannot open: No such file or directory", "cannot read: Is a directory",
     // "is a device, not a file". Empty when nothing went wrong.
     const std::string& problem() const { return problem_; }
-    // The system's error number behind problem(), or 0.
+    // The system's error number behind problem(), or 0; ENODEV for a device.
     int error() const { return error_; }
 
     // Reads from the current place to the end of the file, appending to

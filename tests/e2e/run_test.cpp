@@ -306,6 +306,19 @@ TEST(RunMessages, MissingAceFile) {
     EXPECT_FALSE(std::filesystem::exists(files.dir / "none.reads"));
 }
 
+// A device is no file to read an assembly from: /dev/zero would never end.
+TEST(RunMessages, ADeviceAsTheAceFileCannotBeOpened) {
+    auto files = write_inputs("", build_sff(worked_example_sff()).bytes);
+    files.ace = "/dev/zero";
+    run_limits limits;
+    limits.seconds = 20;
+    auto r = run_pelkrin(files, {}, limits);
+    EXPECT_FALSE(r.timed_out);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err, "The file: /dev/zero can not be opened\n");
+    EXPECT_EQ(r.out, "");
+}
+
 TEST(RunMessages, FileNotBeginningWithAs) {
     auto files = write_inputs("CO Contig1 10 1 1 U\n", build_sff(worked_example_sff()).bytes);
     auto r = run_pelkrin(files);
