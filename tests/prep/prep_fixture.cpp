@@ -14,6 +14,14 @@
 #include "sff/read_index.h"
 #include "sff/reader.h"
 
+#if defined(__SANITIZE_ADDRESS__)
+#define PELKRIN_PREP_FIXTURE_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define PELKRIN_PREP_FIXTURE_SANITIZED 1
+#endif
+#endif
+
 namespace pelkrin::test {
 
 std::string with_crlf(const std::string& text) {
@@ -106,6 +114,17 @@ program_result run_prep(const std::vector<std::string>& args, const std::filesys
     argv.insert(argv.end(), args.begin(), args.end());
     run_limits limits;
     limits.seconds = 60;
+    return run_program(argv, dir, limits);
+}
+
+program_result run_prep_bounded(const std::vector<std::string>& args, const std::filesystem::path& dir) {
+    std::vector<std::string> argv{pelkrin_prep_binary()};
+    argv.insert(argv.end(), args.begin(), args.end());
+    run_limits limits;
+    limits.seconds = 10;
+#ifndef PELKRIN_PREP_FIXTURE_SANITIZED
+    limits.address_space = std::uint64_t{1} << 30;
+#endif
     return run_program(argv, dir, limits);
 }
 

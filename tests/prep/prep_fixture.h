@@ -31,6 +31,10 @@ sff_fixture fixture_of(const std::string& sff_bytes);
 
 // Pelkrin-prep run in `dir` with the arguments.
 program_result run_prep(const std::vector<std::string>& args, const std::filesystem::path& dir);
+// The same, stopped after 10 seconds and, in the optimised build, under a
+// 1 GB address-space limit (the sanitizer build keeps its own allocation
+// limits): for inputs that must be refused rather than read without end.
+program_result run_prep_bounded(const std::vector<std::string>& args, const std::filesystem::path& dir);
 
 // A reads file's entries: contig name, then read name, to the entry's lines.
 using reads_entries = std::map<std::string, std::map<std::string, std::vector<std::string>>>;
