@@ -30,8 +30,14 @@ struct sff_part {
     std::string flow_chars;
     std::string key;
     index_place index = index_place::none;
-    std::uint64_t reads_found = 0;
+    std::uint64_t reads_found = 0;  // records that lie whole in the file
+    // The walk stopped inside a record whose read header lies whole in the
+    // file (its name or data cut short): the record Pelkrin's walk counts too.
+    bool cut_inside_read = false;
     std::uint64_t end = 0;  // one past its last record (padding included) or its index block
+    // One past the last byte of its last record or index block, padding left
+    // out: where another SFF file may begin.
+    std::uint64_t content_end = 0;
 };
 
 // One read record, in place in the file's bytes.
