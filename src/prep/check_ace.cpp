@@ -78,8 +78,8 @@ bool write_problems(const ace_findings& f, bool gzipped, std::ostream& out) {
 
 }  // namespace
 
-bool check_ace(const std::string& name, const std::function<void(contig&)>& each_contig, std::ostream& out,
-               std::ostream& err) {
+ace_verdict check_ace(const std::string& name, const std::function<void(contig&)>& each_contig, std::ostream& out,
+                      std::ostream& err) {
     out << "ACE file " << name << "\n";
     try {
         whole_input ace(name, err);
@@ -90,10 +90,13 @@ bool check_ace(const std::string& name, const std::function<void(contig&)>& each
         const ace_findings f = read_ace(ace.bytes(), name, options);
         write_dialect(f, ace.gzipped(), out);
         const bool problems = write_problems(f, ace.gzipped(), out);
-        return !problems && f.pelkrin_reads_alike();
+        return {!problems && f.pelkrin_reads_alike(), {}};
     } catch (const fatal_error& e) {
-        out << "  problem: " << problem_text(e) << "\n";
-        return false;
+        const std::string text = problem_text(e);
+        out << "  problem: " << text << "\n";
+        // The reason without the file's name, which the verdict gives.
+        const std::string named = name + ": ";
+        return {false, text.compare(0, named.size(), named) == 0 ? text.substr(named.size()) : text};
     }
 }
 

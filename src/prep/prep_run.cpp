@@ -24,18 +24,41 @@ void refuse_overwrite(const std::string& output, const std::vector<std::string>&
         if (output == in || same_file(output, in)) fail(would_overwrite(output, in));
 }
 
+// Refuses a list of inputs that names one file twice (by its name, or through
+// another name or a link): merged with itself, every read would be a duplicate.
+void refuse_twice_given(const std::vector<std::string>& inputs) {
+    for (std::size_t i = 0; i < inputs.size(); ++i)
+        for (std::size_t j = 0; j < i; ++j) {
+            if (inputs[i] == inputs[j]) fail(inputs[i] + " is given twice; give each file once");
+            if (same_file(inputs[i], inputs[j]))
+                fail(inputs[i] + " and " + inputs[j] + " are the same file; give each file once");
+        }
+}
+
+// The system's reason, or a general one where it gave none.
+std::string reason_of(const output_file& file) {
+    const std::string reason = file.failure_reason();
+    return reason.empty() ? std::string("the system gave no reason") : reason;
+}
+
 // Opens the output under a temporary name; finish() puts it in place.
 std::unique_ptr<output_file> open_output(const std::string& path) {
     auto file = std::make_unique<output_file>(path);
-    if (file->failed_to_open()) fail(path + ": cannot open for writing");
+    if (file->failed_to_open()) fail(path + ": cannot open for writing: " + reason_of(*file));
     // As cp and cat do: the outputs are as large as the inputs, and asking for
     // them on the disk as they are written would cost the run the writing's time.
     file->send_to_disk_when_the_system_does();
     return file;
 }
 
+// A failed write leaves no temporary file and the earlier file of the name as it was.
+[[noreturn]] void cannot_write(output_file& file) {
+    file.discard();
+    fail(file.name() + ": cannot write: " + reason_of(file));
+}
+
 void finish_output(output_file& file) {
-    if (!file.finish()) fail(file.name() + ": writing failed (is the disk full?)");
+    if (!file.finish()) fail(file.name() + ": cannot write: " + reason_of(file));
 }
 
 int ace_command(const std::vector<std::string>& args, std::ostream& err) {
@@ -80,7 +103,18 @@ int ace_command(const std::vector<std::string>& args, std::ostream& err) {
     return 0;
 }
 
-void report_progress(void* shown, std::uint64_t done) { static_cast<progress*>(shown)->at(done); }
+// What the merge's progress calls reach: the progress shown, and the output,
+// whose first failed write ends the merge rather than its last.
+struct merge_watch {
+    progress* shown;
+    output_file* out;
+};
+
+void report_progress(void* context, std::uint64_t done) {
+    const auto* watch = static_cast<merge_watch*>(context);
+    watch->shown->at(done);
+    if (watch->out->write_failed()) cannot_write(*watch->out);
+}
 
 int sff_command(const std::vector<std::string>& args, std::ostream& err) {
     if (args.size() < 2) {
@@ -90,6 +124,7 @@ int sff_command(const std::vector<std::string>& args, std::ostream& err) {
     const std::string& out_name = args[0];
     const std::vector<std::string> in_names(args.begin() + 1, args.end());
     refuse_overwrite(out_name, in_names);
+    refuse_twice_given(in_names);
     std::vector<std::unique_ptr<whole_input>> files;
     std::vector<sff_input> inputs;
     std::uint64_t total = 0;
@@ -104,8 +139,9 @@ int sff_command(const std::vector<std::string>& args, std::ostream& err) {
     for (const std::string& note : plan.notes) err << note << "\n";
     auto out = open_output(out_name);
     progress shown(err, "writing " + out_name, total, progress::shown_for(total));
+    merge_watch watch{&shown, out.get()};
     try {
-        write_merge(inputs, plan, *out, out.get(), report_progress, &shown);
+        write_merge(inputs, plan, *out, out.get(), report_progress, &watch);
     } catch (...) {
         out->discard();
         throw;
