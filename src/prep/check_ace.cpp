@@ -3,10 +3,12 @@
 #include <vector>
 
 #include "common/fatal_error.h"
-#include "prep/ace_layout.h"
+#include "lenient/ace_layout.h"
 #include "prep/check_sff.h"
-#include "prep/whole_input.h"
-#include "prep/progress.h"
+#include "lenient/whole_input.h"
+#include "common/progress.h"
+#include "lenient/file_label.h"
+#include "prep/program_name.h"
 
 namespace pelkrin::prep {
 namespace {
@@ -82,10 +84,11 @@ ace_verdict check_ace(const std::string& name, const std::function<void(contig&)
                       std::ostream& err) {
     out << "ACE file " << name << "\n";
     try {
-        whole_input ace(name, err);
+        whole_input ace(name, err, program_name);
         ace_options options;
+        options.program = program_name;
         options.each_contig = each_contig;
-        progress shown(err, "reading " + name, ace.bytes().size(), progress::shown_for(ace.bytes().size()));
+        progress shown(err, file_label(program_name, "reading " + name), ace.bytes().size(), progress::shown_for(ace.bytes().size()));
         options.shown = &shown;
         const ace_findings f = read_ace(ace.bytes(), name, options);
         write_dialect(f, ace.gzipped(), out);

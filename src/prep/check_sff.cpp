@@ -7,8 +7,10 @@
 
 #include "common/input_file.h"
 #include "common/same_file.h"
-#include "prep/progress.h"
+#include "common/progress.h"
 #include "prep/sff_merge.h"
+#include "lenient/file_label.h"
+#include "prep/program_name.h"
 
 namespace pelkrin::prep {
 namespace {
@@ -86,14 +88,14 @@ bool read_one(checked_sff& f, std::ostream& out, std::ostream& err) {
     }
     const std::uint64_t size = static_cast<std::uint64_t>(file.size());
     try {
-        auto input = std::make_unique<whole_input>(f.name, std::move(file), err);
+        auto input = std::make_unique<whole_input>(f.name, std::move(file), err, program_name);
         const auto raw = input->bytes();
         f.refusal = refusal_of_contents(f.name, input->file_size(),
                                         input->gzipped() ? std::span<const std::uint8_t>(gzip_magic)
                                                          : raw.first(std::min<std::size_t>(4, raw.size())));
         f.input = std::move(input);
-        progress shown(err, "reading " + f.name, f.input->bytes().size(), progress::shown_for(f.input->bytes().size()));
-        f.layout = scan_sff(f.input->bytes(), f.name, &shown);
+        progress shown(err, file_label(program_name, "reading " + f.name), f.input->bytes().size(), progress::shown_for(f.input->bytes().size()));
+        f.layout = scan_sff(f.input->bytes(), f.name, &shown, program_name);
     } catch (const fatal_error& e) {
         // Opened and regular: the file's gzip data or its SFF header is damaged.
         if (!f.input) f.refusal = refusal_of_contents(f.name, size, gzip_magic);

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "common/fatal_error.h"
-#include "prep/sff_layout.h"
+#include "lenient/sff_layout.h"
 #include "prep/sff_refusal.h"
-#include "prep/whole_input.h"
+#include "lenient/whole_input.h"
 #include "sff/read_index.h"
 
 namespace pelkrin::prep {

@@ -6,12 +6,14 @@
 #include "common/same_file.h"
 #include "common/version_line.h"
 #include "common/output_file.h"
-#include "prep/ace_layout.h"
+#include "lenient/ace_layout.h"
 #include "prep/ace_rewrite.h"
 #include "prep/check.h"
-#include "prep/whole_input.h"
-#include "prep/progress.h"
+#include "lenient/whole_input.h"
+#include "common/progress.h"
 #include "prep/sff_merge.h"
+#include "lenient/file_label.h"
+#include "prep/program_name.h"
 
 namespace pelkrin::prep {
 namespace {
@@ -75,11 +77,12 @@ int ace_command(const std::vector<std::string>& args, std::ostream& err) {
     const std::string& in_name = files[0];
     const std::string& out_name = files[1];
     refuse_overwrite(out_name, {in_name});
-    whole_input in(in_name, err);
+    whole_input in(in_name, err, program_name);
     ace_options options;
+    options.program = program_name;
     options.keep_complete = keep_complete;
     options.sequences = false;
-    progress reading(err, "reading " + in_name, in.bytes().size(), progress::shown_for(in.bytes().size()));
+    progress reading(err, file_label(program_name, "reading " + in_name), in.bytes().size(), progress::shown_for(in.bytes().size()));
     options.shown = &reading;
     const ace_findings f = read_ace(in.bytes(), in_name, options);
     if (!f.malformed.empty())
@@ -90,7 +93,7 @@ int ace_command(const std::vector<std::string>& args, std::ostream& err) {
              "); --keep-complete writes the complete contigs only");
     if (f.contigs == 0) fail(in_name + ": no complete contig to write");
     auto out = open_output(out_name);
-    progress writing(err, "writing " + out_name, in.bytes().size(), progress::shown_for(in.bytes().size()));
+    progress writing(err, file_label(program_name, "writing " + out_name), in.bytes().size(), progress::shown_for(in.bytes().size()));
     try {
         write_ace(in.bytes(), f.edits, *out, &writing);
     } catch (...) {
@@ -129,16 +132,16 @@ int sff_command(const std::vector<std::string>& args, std::ostream& err) {
     std::vector<sff_input> inputs;
     std::uint64_t total = 0;
     for (const std::string& name : in_names) {
-        files.push_back(std::make_unique<whole_input>(name, err));
+        files.push_back(std::make_unique<whole_input>(name, err, program_name));
         const whole_input& f = *files.back();
-        progress shown(err, "reading " + name, f.bytes().size(), progress::shown_for(f.bytes().size()));
-        inputs.push_back(sff_input{name, f.bytes(), scan_sff(f.bytes(), name, &shown), f.descriptor()});
+        progress shown(err, file_label(program_name, "reading " + name), f.bytes().size(), progress::shown_for(f.bytes().size()));
+        inputs.push_back(sff_input{name, f.bytes(), scan_sff(f.bytes(), name, &shown, program_name), f.descriptor()});
         total += f.bytes().size();
     }
     const merge_plan plan = plan_merge(inputs);
     for (const std::string& note : plan.notes) err << note << "\n";
     auto out = open_output(out_name);
-    progress shown(err, "writing " + out_name, total, progress::shown_for(total));
+    progress shown(err, file_label(program_name, "writing " + out_name), total, progress::shown_for(total));
     merge_watch watch{&shown, out.get()};
     try {
         write_merge(inputs, plan, *out, out.get(), report_progress, &watch);

@@ -1,14 +1,12 @@
 #include "prep_fixture.h"
 
-#include <zlib.h>
-
 #include <sstream>
 #include <stdexcept>
 
 #include "run_fixture.h"
 #include "ace/ace_reader.h"
 #include "files.h"
-#include "prep/ace_layout.h"
+#include "lenient/ace_layout.h"
 #include "prep/ace_rewrite.h"
 #include "prep/string_output.h"
 #include "sff/read_index.h"
@@ -42,27 +40,13 @@ std::string with_white_lines(const std::string& text) {
     return out;
 }
 
-std::string gzipped(const std::string& text) {
-    z_stream z{};
-    if (deflateInit2(&z, 6, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY) != Z_OK) throw std::runtime_error("deflate");
-    std::string out(deflateBound(&z, text.size()) + 64, '\0');
-    z.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
-    z.avail_in = static_cast<uInt>(text.size());
-    z.next_out = reinterpret_cast<Bytef*>(out.data());
-    z.avail_out = static_cast<uInt>(out.size());
-    deflate(&z, Z_FINISH);
-    out.resize(z.total_out);
-    deflateEnd(&z);
-    return out;
-}
-
 std::vector<contig> lenient_contigs(const std::string& text, std::string& repaired, bool keep_complete) {
     std::vector<contig> found;
-    prep::ace_options options;
+    ace_options options;
     options.keep_complete = keep_complete;
     options.each_contig = [&](contig& c) { found.push_back(c); };
     const auto bytes = bytes_of(text);
-    const prep::ace_findings f = prep::read_ace(bytes, "in.ace", options);
+    const ace_findings f = read_ace(bytes, "in.ace", options);
     prep::string_output out;
     prep::write_ace(bytes, f.edits, out);
     repaired = out.text();

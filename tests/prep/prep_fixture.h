@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ace/contig.h"
+#include "gzip_fixture.h"
 #include "program.h"
 #include "sff_writer.h"
 
@@ -17,8 +18,6 @@ namespace pelkrin::test {
 std::string with_crlf(const std::string& text);
 // The text with every empty line replaced by one of white space only.
 std::string with_white_lines(const std::string& text);
-// The text as a gzip file.
-std::string gzipped(const std::string& text);
 
 // What the lenient reading of Pelkrin-prep finds in `text`, and in `repaired`
 // the ACE file it writes.

@@ -1,4 +1,4 @@
-#include "prep/sff_layout.h"
+#include "lenient/sff_layout.h"
 
 #include <algorithm>
 #include <cstring>
@@ -6,13 +6,14 @@
 #include <string_view>
 
 #include "common/fatal_error.h"
-#include "prep/progress.h"
+#include "lenient/file_label.h"
+#include "common/progress.h"
 #include "sff/byte_order.h"
 #include "sff/record_decode.h"
 #include "sff/sff_header.h"
 #include "sff/sff_read.h"
 
-namespace pelkrin::prep {
+namespace pelkrin {
 namespace {
 
 constexpr unsigned char magic_big[4] = {'.', 's', 'f', 'f'};
@@ -199,12 +200,13 @@ std::string_view index_place_text(index_place p) {
     return "none";
 }
 
-sff_layout scan_sff(std::span<const std::uint8_t> bytes, const std::string& name, progress* shown) {
+sff_layout scan_sff(std::span<const std::uint8_t> bytes, const std::string& name, progress* shown,
+                    std::string_view program) {
     sff_layout out;
     walker walk(bytes, shown);
     bool big = true;
     if (!magic_at(bytes, 0, big))
-        throw fatal_error(1, std::string("Pelkrin-prep: ").append(name).append(
+        throw fatal_error(1, file_label(program, name).append(
                                  ": byte 0: not an SFF file (no \".sff\" magic number)\n"));
     std::uint64_t at = 0;
     while (true) {
@@ -212,7 +214,7 @@ sff_layout scan_sff(std::span<const std::uint8_t> bytes, const std::string& name
         const std::string wrong = walk.header(at, big, part);
         if (!wrong.empty()) {
             if (out.parts.empty())
-                throw fatal_error(1, std::string("Pelkrin-prep: ").append(name).append(": byte ").append(at_text(at))
+                throw fatal_error(1, file_label(program, name).append(": byte ").append(at_text(at))
                                          .append(": ").append(wrong).append("\n"));
             walk.stop(out, at, "the SFF header here: " + wrong);
             return out;
@@ -240,4 +242,4 @@ sff_layout scan_sff(std::span<const std::uint8_t> bytes, const std::string& name
     return out;
 }
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin

@@ -8,22 +8,23 @@
 #include <ostream>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "common/input_file.h"
 #include "sff/sff_source.h"
 
-namespace pelkrin::prep {
+namespace pelkrin {
 
 class whole_input {
 public:
-    // Throws fatal_error (status 1) naming the file when it cannot be opened,
-    // is no regular file, or its gzip data is damaged. `err` takes the
-    // progress of inflating.
-    whole_input(std::string path, std::ostream& err);
+    // Throws fatal_error (status 1) naming the file after `program` when it
+    // cannot be opened, is no regular file, or its gzip data is damaged.
+    // `err` takes the progress of inflating.
+    whole_input(std::string path, std::ostream& err, std::string_view program);
     // The same for a file opened already (input_reading::by_position), for a
     // caller that looked at how the opening went first.
-    whole_input(std::string path, input_file file, std::ostream& err);
+    whole_input(std::string path, input_file file, std::ostream& err, std::string_view program);
     // Reads `bytes` (which must outlive this) as the file named `path`.
     whole_input(std::string path, std::span<const std::uint8_t> bytes);
     whole_input(const whole_input&) = delete;
@@ -43,6 +44,7 @@ private:
     void take(std::span<const std::uint8_t> raw, std::ostream* err);
 
     std::string name_;
+    std::string program_;
     sff_source source_;
     std::vector<std::uint8_t> held_;
     std::span<const std::uint8_t> bytes_;
@@ -50,4 +52,4 @@ private:
     bool gzipped_ = false;
 };
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-namespace pelkrin::prep {
+namespace pelkrin {
 
 // Where a part's index block stands.
 enum class index_place { none, before_reads, among_reads, after_reads, elsewhere };
@@ -72,11 +72,12 @@ struct sff_layout {
 class progress;
 
 // Walks `bytes`, the file's contents. Throws fatal_error (status 1) naming
-// `name` when the file does not begin with an SFF header. `shown`, when
-// given, follows the walk.
-sff_layout scan_sff(std::span<const std::uint8_t> bytes, const std::string& name, progress* shown = nullptr);
+// `name` (after `program`, file_label.h) when the file does not begin with an
+// SFF header. `shown`, when given, follows the walk.
+sff_layout scan_sff(std::span<const std::uint8_t> bytes, const std::string& name, progress* shown = nullptr,
+                    std::string_view program = {});
 
 // The name of where an index block stands, for reports.
 std::string_view index_place_text(index_place p);
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin
