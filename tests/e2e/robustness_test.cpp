@@ -260,6 +260,85 @@ void damaged_ace(const std::string& leaf, const std::filesystem::path& source, c
     std::cout << leaf << ": " << cases << " damaged ACE files, no failure\n";
 }
 
+// ---- The report over every damaged ACE file of the sample
+
+// A report folder after a run is whole: its index lists contig-1.html to
+// contig-N.html, and it holds those pages, their script files and no other
+// contig's, the style and the script; and beside it stands at most the
+// folder of the report it replaced. Returns N.
+std::size_t whole_report(const std::filesystem::path& report, const std::string& what) {
+    const std::string index = read_file(report / "index.html");
+    std::size_t listed = 0;
+    while (index.find("<a href=\"contig-" + std::to_string(listed + 1) + ".html\">") != std::string::npos) ++listed;
+    EXPECT_EQ(index.find("<a href=\"contig-" + std::to_string(listed + 2) + ".html\">"), std::string::npos) << what;
+    for (const char* leaf : {"pelkrin-report.css", "pelkrin-report.js"})
+        EXPECT_TRUE(std::filesystem::is_regular_file(report / leaf)) << what << ": no " << leaf;
+    for (const auto& entry : std::filesystem::directory_iterator(report)) {
+        const std::string leaf = entry.path().filename().string();
+        if (leaf.rfind("contig-", 0) != 0) continue;
+        const std::size_t n = std::stoul(leaf.substr(7));
+        EXPECT_TRUE(n >= 1 && n <= listed) << what << ": " << leaf << " beside an index of " << listed << " pages";
+        if (leaf == "contig-" + std::to_string(n) + ".html") continue;
+        EXPECT_TRUE(std::filesystem::exists(report / ("contig-" + std::to_string(n) + ".html"))) << what << ": " << leaf;
+    }
+    for (std::size_t n = 1; n <= listed; ++n) {
+        EXPECT_TRUE(std::filesystem::exists(report / ("contig-" + std::to_string(n) + ".html"))) << what << ": page " << n;
+    }
+    std::size_t beside = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(report.parent_path()))
+        beside += entry.path().filename().string().rfind(".report.pelkrin-report-", 0) == 0 ? 1 : 0;
+    EXPECT_LE(beside, 1u) << what;
+    return listed;
+}
+
+// Pelkrin-view -m report on every damaged ACE case of the sample (each cut
+// and changed copy), over the report of the case before it, with Pelkrin's
+// outputs for the undamaged file beside it: status 0, 1 or 2 within 5 s, a
+// message for a failure, its own messages only, and every time a whole
+// report, the case's or the one before it.
+void damaged_ace_reports(const std::string& leaf, const std::filesystem::path& source,
+                         const std::filesystem::path& sff) {
+    const auto dir = scratch_dir();
+    const std::string text = read_file(source);
+    write_file(dir / "in.ace", text);
+    write_file(dir / "in.sff", read_file(sff));
+    run_program({pelkrin_binary(), "-f", "in.ace", "in.sff"}, dir);
+    const run_limits l = limits();
+    std::size_t cases = 0;
+    auto run_case = [&](const std::string& ace, const std::string& what) {
+        write_file(dir / "in.ace", ace);
+        const program_result r = run_program({pelkrin_view_binary(), "-m", "report", "-o", "report", "in.ace"}, dir, l);
+        ASSERT_FALSE(r.timed_out) << what << ": still running after 5 s";
+        ASSERT_TRUE(r.status == 0 || r.status == 1 || r.status == 2) << what << ": status " << r.status << "\n" << r.err;
+        ASSERT_TRUE(r.status == 0 || !r.err.empty()) << what << ": status " << r.status << " without a message";
+        std::istringstream err(r.err);
+        for (std::string line; std::getline(err, line);) {
+            bool known = false;
+            for (const char* m : known_messages) known = known || line.rfind(m, 0) == 0;
+            ASSERT_TRUE(known) << what << ": unexpected line on standard error: " << line;
+        }
+        if (std::filesystem::exists(dir / "report")) {
+            const std::size_t pages = whole_report(dir / "report", what);
+            if (r.status == 0) {
+                EXPECT_EQ(r.out, "Pelkrin-view: report of " + std::to_string(pages) + " contigs written to report/index.html\n")
+                    << what;
+            }
+        }
+        ++cases;
+    };
+    for (const std::size_t at : ace_cuts(text)) {
+        run_case(text.substr(0, at), leaf + " cut at " + std::to_string(at));
+        if (::testing::Test::HasFailure()) return;
+    }
+    std::size_t k = 0;
+    for (const auto& copy : flipped_copies(text)) {
+        run_case(copy, leaf + " changed, case " + std::to_string(k++));
+        if (::testing::Test::HasFailure()) return;
+    }
+    ::testing::Test::RecordProperty("cases", static_cast<int>(cases));
+    std::cout << leaf << ": " << cases << " damaged ACE files through the report, no failure\n";
+}
+
 struct sff_part {
     const char* leaf;
     bool in_project;  // the example; else a file of tests/data
@@ -305,6 +384,19 @@ TEST(Robustness, DamagedConsedSampleAce) {
 TEST(Robustness, DamagedCap3Ace) { damaged_ace("seq.cap.ace", data_file("seq.cap.ace"), data_file("greek.sff")); }
 TEST(Robustness, DamagedExampleAce) {
     damaged_ace("example.ace", source_file("example/example.ace"), source_file("example/example.sff"));
+}
+
+TEST(Robustness, ReportOfDamagedContig1Ace) {
+    damaged_ace_reports("contig1.ace", data_file("contig1.ace"), data_file("greek.sff"));
+}
+TEST(Robustness, ReportOfDamagedConsedSampleAce) {
+    damaged_ace_reports("consed_sample.ace", data_file("consed_sample.ace"), data_file("paired.sff"));
+}
+TEST(Robustness, ReportOfDamagedCap3Ace) {
+    damaged_ace_reports("seq.cap.ace", data_file("seq.cap.ace"), data_file("greek.sff"));
+}
+TEST(Robustness, ReportOfDamagedExampleAce) {
+    damaged_ace_reports("example.ace", source_file("example/example.ace"), source_file("example/example.sff"));
 }
 
 }  // namespace
