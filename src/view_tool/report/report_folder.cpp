@@ -47,15 +47,18 @@ std::string parent_of(const std::string& path) {
 bool same_inode(const struct stat& a, const struct stat& b) { return a.st_dev == b.st_dev && a.st_ino == b.st_ino; }
 
 // DIR cannot trade places with a new folder: the working folder (whose
-// name would then lead elsewhere than the shell stands), a mount point, or
-// a name that is no name of its own.
+// name would then lead elsewhere than the shell stands), a mount point, a
+// name that is no name of its own, or another user's folder in a folder
+// whose sticky bit keeps it from being renamed (/tmp).
 bool cannot_move(const std::string& path, const struct stat& st) {
     const std::string leaf = leaf_of(path);
     if (leaf.empty() || leaf == "." || leaf == "..") return true;
     struct stat here {};
     if (::stat(".", &here) == 0 && same_inode(here, st)) return true;
     struct stat parent {};
-    return ::stat(parent_of(path).c_str(), &parent) != 0 || parent.st_dev != st.st_dev;
+    if (::stat(parent_of(path).c_str(), &parent) != 0 || parent.st_dev != st.st_dev) return true;
+    const uid_t me = ::geteuid();
+    return (parent.st_mode & S_ISVTX) != 0 && me != 0 && st.st_uid != me && parent.st_uid != me;
 }
 
 mode_t creation_mode() {
@@ -163,8 +166,9 @@ report_folder::~report_folder() {
 std::string report_folder::shown(const std::string& file) const { return (std::filesystem::path(name_) / file).string(); }
 
 void report_folder::write(const std::string& file, std::string_view text) {
-    // A file of an earlier report (in place) is written over and then cut to
-    // its new length, neither emptied first nor removed: ext4 sends a file
+    // A file of an earlier report (in the folder beside DIR, or in DIR when
+    // written in place) is written over and then cut to its new length,
+    // neither emptied first nor removed: ext4 sends a file
     // that was emptied and written again to the disk as it is closed, and
     // creating thousands of files just after removing as many makes it
     // search long for free inodes. One that is not a plain file of its own (a
