@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <signal.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -693,6 +694,50 @@ TEST(ReportTool, AFolderThatCannotBeWrittenSaysWhy) {
     EXPECT_EQ(fresh.status, 1);
     EXPECT_EQ(fresh.err, "Pelkrin-view: can not create folder new/r: Permission denied\n");
     EXPECT_EQ(after, before) << state_difference(before, after);
+}
+
+// A file system mounted for a test, and gone with it.
+class scratch_mount {
+public:
+    explicit scratch_mount(const fs::path& at) : at_(at) {
+        fs::create_directories(at);
+        mounted_ = ::mount("tmpfs", at.c_str(), "tmpfs", 0, "size=16m") == 0;
+    }
+    ~scratch_mount() {
+        if (mounted_) ::umount2(at_.c_str(), MNT_DETACH);
+    }
+    scratch_mount(const scratch_mount&) = delete;
+    scratch_mount& operator=(const scratch_mount&) = delete;
+    bool mounted() const { return mounted_; }
+    bool make_read_only() const {
+        return ::mount("tmpfs", at_.c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, "size=16m") == 0;
+    }
+
+private:
+    fs::path at_;
+    bool mounted_ = false;
+};
+
+// The folder of an earlier report on a file system mounted read-only: the
+// file that cannot be written and the system's reason, and nothing changes.
+// Needs the right to mount a file system (root, not in every container).
+TEST(ReportTool, AReadOnlyFileSystemSaysSo) {
+    const fs::path dir = scratch_dir();
+    const scratch_mount fs_mount(dir / "fs");
+    if (!fs_mount.mounted()) GTEST_SKIP() << "no file system can be mounted here";
+    fs::copy_file(example_ace(), dir / "fs" / "asm.ace");
+    ASSERT_EQ(report_in(dir / "fs", "asm.ace", "ro").status, 0);
+    ASSERT_EQ(report_in(dir / "fs", "asm.ace", "ro").status, 0);  // and the folder of the one replaced
+    ASSERT_TRUE(fs_mount.make_read_only());
+    const std::map<std::string, std::string> before = folder_state(dir / "fs");
+    const program_result ro = report_in(dir / "fs", "asm.ace", "ro");
+    EXPECT_EQ(ro.status, 1);
+    EXPECT_EQ(ro.out, "");
+    EXPECT_EQ(ro.err, "Pelkrin-view: can not write file ro/pelkrin-report.css: Read-only file system\n");
+    const program_result fresh = report_in(dir / "fs", "asm.ace", "new");
+    EXPECT_EQ(fresh.status, 1);
+    EXPECT_EQ(fresh.err, "Pelkrin-view: can not create folder new: Read-only file system\n");
+    EXPECT_EQ(folder_state(dir / "fs"), before);
 }
 
 }  // namespace

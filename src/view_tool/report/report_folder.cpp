@@ -245,19 +245,21 @@ void report_folder::put_in_place() {
 void report_folder::remove_new_folder() noexcept {
     if (in_place_ || staging_.empty() || placed_) return;
     const int dir_fd = ::open(path_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-    if (kept_) {
-        // An earlier report's folder: kept for the next run, as it was found.
-        clear_other_entries(fd_, dir_fd);
-        if (dir_fd >= 0) ::close(dir_fd);
-        return;
-    }
-    const int parent_fd = ::open(parent_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-    // Workers may still be writing into it (a signal): cleared again until
-    // it is gone, which ends their writing.
-    for (int round = 0; round < 100 && parent_fd >= 0; ++round) {
-        clear_old_folder(fd_, dir_fd, parent_fd, leaf_of(staging_));
-        struct stat st {};
-        if (::fstatat(parent_fd, leaf_of(staging_).c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0) break;
+    const int parent_fd = kept_ ? -1 : ::open(parent_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    try {
+        if (kept_) {
+            // An earlier report's folder: kept for the next run, as it was found.
+            clear_other_entries(fd_, dir_fd);
+        } else {
+            // Workers may still be writing into it (a signal): cleared again
+            // until it is gone, which ends their writing.
+            for (int round = 0; round < 100 && parent_fd >= 0; ++round) {
+                clear_old_folder(fd_, dir_fd, parent_fd, leaf_of(staging_));
+                struct stat st {};
+                if (::fstatat(parent_fd, leaf_of(staging_).c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0) break;
+            }
+        }
+    } catch (...) {  // out of memory: the next run takes the folder left
     }
     if (dir_fd >= 0) ::close(dir_fd);
     if (parent_fd >= 0) ::close(parent_fd);
