@@ -102,7 +102,8 @@ int run_view(const std::vector<std::string>& args, std::ostream& out, std::ostre
 
     if (!mode.operation) {
         try {
-            write_report(o.ace_file, *o.report_folder, colours, console{out, err}, report_inputs(o.ace_file, o.colour_file));
+            write_report(o.ace_file, *o.report_folder, colours, console{out, err},
+                         report_inputs(o.ace_file, o.colour_file));
         } catch (const fatal_error& e) {
             err << e.message() << std::flush;
             return e.status();
