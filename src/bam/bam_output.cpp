@@ -1,0 +1,60 @@
+#include "bam/bam_output.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include "common/fatal_error.h"
+
+namespace pelkrin::bam {
+namespace {
+
+[[noreturn]] void cannot(const char* what, const std::string& name) {
+    const int error = errno;
+    std::string message = std::string("Pelkrin-bam: can not ") + what + " " + name;
+    if (error != 0) message.append(": ").append(std::strerror(error));
+    throw fatal_error(1, message + "\n");
+}
+
+}  // namespace
+
+bam_output::bam_output(const std::string& path, const std::string& shown_name, const std::string& header_text,
+                       int threads)
+    : shown_name_(shown_name) {
+    errno = 0;
+    header_ = sam_hdr_parse(header_text.size(), header_text.c_str());
+    if (header_ == nullptr) throw fatal_error(1, "Pelkrin-bam: the header of " + shown_name + " cannot be made\n");
+    file_ = sam_open(path.c_str(), "wb");
+    if (file_ == nullptr) cannot("write file", shown_name);
+    if (threads > 1) hts_set_threads(file_, threads);
+    if (sam_hdr_write(file_, header_) < 0) cannot_write();
+}
+
+bam_output::~bam_output() {
+    if (file_ != nullptr) sam_close(file_);
+    if (header_ != nullptr) sam_hdr_destroy(header_);
+}
+
+void bam_output::cannot_write() { cannot("write file", shown_name_); }
+
+void bam_output::write(const bam1_t* record) {
+    errno = 0;
+    if (sam_write1(file_, header_, record) < 0) cannot_write();
+}
+
+void bam_output::close() {
+    errno = 0;
+    htsFile* file = file_;
+    file_ = nullptr;
+    if (file != nullptr && sam_close(file) < 0) cannot_write();
+}
+
+void index_bam(const std::string& path, const std::string& index_path, const std::string& shown_name, bool csi,
+               int threads) {
+    errno = 0;
+    // A CSI index of 14-bit bins reaches as far as BAI's where BAI can, and beyond.
+    if (sam_index_build3(path.c_str(), index_path.c_str(), csi ? 14 : 0, threads) < 0) {
+        cannot("write the index of", shown_name);
+    }
+}
+
+}  // namespace pelkrin::bam

@@ -1,0 +1,17 @@
+#include "bam/padded_reference.h"
+
+namespace pelkrin::bam {
+
+padded_reference make_padded_reference(const std::vector<char>& consensus) {
+    padded_reference ref;
+    ref.padded = consensus;
+    ref.bases_before.reserve(consensus.size());
+    ref.bases.reserve(consensus.size());
+    for (char c : consensus) {
+        ref.bases_before.push_back(static_cast<std::int64_t>(ref.bases.size()));
+        if (c != '*') ref.bases.push_back(c);
+    }
+    return ref;
+}
+
+}  // namespace pelkrin::bam
