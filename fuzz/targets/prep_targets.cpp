@@ -6,10 +6,10 @@
 #include "ace/ace_reader.h"
 #include "fuzz_support.h"
 #include "fuzz_targets.h"
-#include "prep/ace_layout.h"
+#include "lenient/ace_layout.h"
 #include "prep/ace_rewrite.h"
-#include "prep/whole_input.h"
-#include "prep/sff_layout.h"
+#include "lenient/whole_input.h"
+#include "lenient/sff_layout.h"
 #include "prep/sff_merge.h"
 #include "prep/string_output.h"
 #include "sff/reader.h"
@@ -18,12 +18,12 @@ namespace pelkrin::fuzz {
 
 void prep_ace(const std::uint8_t* data, std::size_t size) {
     run_guarded([&] {
-        prep::whole_input in("in.ace", std::span<const std::uint8_t>(data, size));
+        whole_input in("in.ace", std::span<const std::uint8_t>(data, size));
         std::vector<contig> lenient;
-        prep::ace_options options;
+        ace_options options;
         options.keep_complete = size % 2 == 0;
         options.each_contig = [&](contig& c) { lenient.push_back(c); };
-        const prep::ace_findings f = prep::read_ace(in.bytes(), in.name(), options);
+        const ace_findings f = read_ace(in.bytes(), in.name(), options);
         if (!f.malformed.empty() || (f.cut_off && !options.keep_complete) || f.contigs == 0) return;
         prep::string_output out;
         prep::write_ace(in.bytes(), f.edits, out);
@@ -40,9 +40,9 @@ void prep_ace(const std::uint8_t* data, std::size_t size) {
 
 void prep_sff(const std::uint8_t* data, std::size_t size) {
     run_guarded([&] {
-        prep::whole_input in("in.sff", std::span<const std::uint8_t>(data, size));
+        whole_input in("in.sff", std::span<const std::uint8_t>(data, size));
         std::vector<prep::sff_input> inputs;
-        inputs.push_back(prep::sff_input{in.name(), in.bytes(), prep::scan_sff(in.bytes(), in.name())});
+        inputs.push_back(prep::sff_input{in.name(), in.bytes(), scan_sff(in.bytes(), in.name())});
         const prep::merge_plan plan = prep::plan_merge(inputs);
         prep::string_output out;
         prep::write_merge(inputs, plan, out);

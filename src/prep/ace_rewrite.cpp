@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "common/text_buffer.h"
-#include "prep/ace_lines.h"
-#include "prep/progress.h"
+#include "lenient/ace_lines.h"
+#include "common/progress.h"
 
 namespace pelkrin::prep {
 

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "prep/ace_layout.h"
+#include "lenient/ace_layout.h"
 
 namespace pelkrin {
 class text_buffer;

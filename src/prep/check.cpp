@@ -1,7 +1,9 @@
 #include "prep/check.h"
 
 #include <sstream>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "prep/base_match.h"
 #include "prep/check_ace.h"
@@ -29,8 +31,12 @@ void write_count(std::ostream& out, const std::vector<std::string>& list, std::u
     out << ")";
 }
 
-void write_cross(const cross_check& c, std::ostream& out) {
+void write_cross(const cross_check& c, const checked_sffs& sffs, std::ostream& out) {
     out << "Across the files\n";
+    if (!sffs.any_read()) {
+        out << "  the assembly's reads were not looked for: no SFF file could be read\n";
+        return;
+    }
     out << "  reads of the assembly that no SFF file holds: ";
     write_count(out, c.missing_names, c.missing);
     out << "\n  reads whose bases do not occur in their SFF record: ";
@@ -41,8 +47,27 @@ void write_cross(const cross_check& c, std::ostream& out) {
     else if (c.mismatched > 0)
         out << "  problem: some reads' bases differ from their SFF records (edited in the assembly, or records cut "
                "short)\n";
-    if (c.missing > 0)
+    // Pelkrin writes a placeholder entry for a read its SFF file lacks, when it runs at all.
+    if (c.missing > 0 && sffs.pelkrin_runs())
         out << "  problem: reads missing from the SFF file(s): Pelkrin writes placeholder entries for them\n";
+    else if (c.missing > 0)
+        out << "  problem: reads missing from the SFF file(s) that could be read\n";
+}
+
+// What keeps Pelkrin from reading the pair at all, whatever is repaired: an
+// ACE file it cannot read, each SFF file it refuses, and why; a file given twice.
+std::vector<std::string> blockers(const std::string& ace_name, const ace_verdict& ace, const checked_sffs& sffs) {
+    std::vector<std::string> found;
+    if (!ace.cannot_read.empty())
+        found.push_back("the ACE file " + ace_name + " cannot be read (" + ace.cannot_read + ")");
+    for (const checked_sff& f : sffs.files) {
+        if (f.same_as != checked_sff::no_file)
+            found.push_back("the SFF file " + f.name + " is " + sffs.files[f.same_as].name +
+                            " given again (give each file once)");
+        else if (f.refusal.refused())
+            found.push_back("it refuses the SFF file " + f.name + " (" + f.refusal.reason + ")");
+    }
+    return found;
 }
 
 }  // namespace
@@ -87,13 +112,21 @@ int run_check(const std::string& ace_name, const std::vector<std::string>& sff_n
                 cross.mismatched_names.push_back(name);
         }
     };
-    const bool ace_ready = check_ace(ace_name, each_contig, out, err);
+    const ace_verdict ace = check_ace(ace_name, each_contig, out, err);
+    const bool ace_ready = ace.ready;
     out << sff_report.str();
-    write_cross(cross, out);
+    write_cross(cross, sffs, out);
 
     if (ace_ready && sffs.ready && cross.ready()) {
         out << "Pelkrin will read this pair correctly as it stands.\n";
         return 0;
+    }
+    const std::vector<std::string> blocking = blockers(ace_name, ace, sffs);
+    if (!blocking.empty()) {
+        out << "Pelkrin will not read this pair correctly as it stands: ";
+        for (std::size_t i = 0; i < blocking.size(); ++i) out << (i > 0 ? "; " : "") << blocking[i];
+        out << ".\n";
+        return 1;
     }
     std::string steps;
     if (!ace_ready) steps += " Pelkrin-prep ace";

@@ -3,10 +3,12 @@
 #include <vector>
 
 #include "common/fatal_error.h"
-#include "prep/ace_layout.h"
+#include "lenient/ace_layout.h"
 #include "prep/check_sff.h"
-#include "prep/whole_input.h"
-#include "prep/progress.h"
+#include "lenient/whole_input.h"
+#include "common/progress.h"
+#include "lenient/file_label.h"
+#include "prep/program_name.h"
 
 namespace pelkrin::prep {
 namespace {
@@ -78,22 +80,26 @@ bool write_problems(const ace_findings& f, bool gzipped, std::ostream& out) {
 
 }  // namespace
 
-bool check_ace(const std::string& name, const std::function<void(contig&)>& each_contig, std::ostream& out,
-               std::ostream& err) {
+ace_verdict check_ace(const std::string& name, const std::function<void(contig&)>& each_contig, std::ostream& out,
+                      std::ostream& err) {
     out << "ACE file " << name << "\n";
     try {
-        whole_input ace(name, err);
+        whole_input ace(name, err, program_name);
         ace_options options;
+        options.program = program_name;
         options.each_contig = each_contig;
-        progress shown(err, "reading " + name, ace.bytes().size(), progress::shown_for(ace.bytes().size()));
+        progress shown(err, file_label(program_name, "reading " + name), ace.bytes().size(), progress::shown_for(ace.bytes().size()));
         options.shown = &shown;
         const ace_findings f = read_ace(ace.bytes(), name, options);
         write_dialect(f, ace.gzipped(), out);
         const bool problems = write_problems(f, ace.gzipped(), out);
-        return !problems && f.pelkrin_reads_alike();
+        return {!problems && f.pelkrin_reads_alike(), {}};
     } catch (const fatal_error& e) {
-        out << "  problem: " << problem_text(e) << "\n";
-        return false;
+        const std::string text = problem_text(e);
+        out << "  problem: " << text << "\n";
+        // The reason without the file's name, which the verdict gives.
+        const std::string named = name + ": ";
+        return {false, text.compare(0, named.size(), named) == 0 ? text.substr(named.size()) : text};
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 // The SFF files' part of Pelkrin-prep check: each file read and reported on,
 // and every read name indexed for the assembly's reads to be looked up.
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <ostream>
@@ -9,16 +10,21 @@
 #include <vector>
 
 #include "common/fatal_error.h"
-#include "prep/whole_input.h"
-#include "prep/sff_layout.h"
+#include "lenient/sff_layout.h"
+#include "prep/sff_refusal.h"
+#include "lenient/whole_input.h"
 #include "sff/read_index.h"
 
 namespace pelkrin::prep {
 
 struct checked_sff {
+    static constexpr std::size_t no_file = static_cast<std::size_t>(-1);
+
     std::string name;
     std::unique_ptr<whole_input> input;  // null when the file could not be read
     sff_layout layout;
+    sff_refusal refusal;            // Pelkrin's, when it would refuse the file
+    std::size_t same_as = no_file;  // an earlier file of the list that this one is (given twice)
 };
 
 struct record_ref {
@@ -38,6 +44,10 @@ struct checked_sffs {
 
     // The bases of the record that `at` (a value of `names`) stands for.
     std::string_view bases(std::int64_t at) const;
+    // Some file was read, so the assembly's reads were looked for.
+    bool any_read() const;
+    // Pelkrin runs on them: one file, which it does not refuse.
+    bool pelkrin_runs() const { return files.size() == 1 && !files[0].refusal.refused(); }
 };
 
 // Reads every file and writes its section of the report to `out`;

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "prep/sff_layout.h"
+#include "lenient/sff_layout.h"
 
 namespace pelkrin {
 class output_file;

@@ -11,7 +11,9 @@
 #include <sstream>
 
 #include "files.h"
+#include "missing_read_fixture.h"
 #include "program.h"
+#include "run_fixture.h"
 #include "report_browser.h"
 #include "reads_format/qdx_index.h"
 #include "reads_format/read_block.h"
@@ -302,6 +304,36 @@ TEST_F(ReportBrowser, ContigOfFifteenThousandReadsOpensAndMovesAtOnce) {
     EXPECT_LT(std::stod(r.values.at("loadedMs")), 5000.0);
     std::cout << "window moved and laid out in " << r.values.at("medianMs") << " ms (median), at most "
               << r.values.at("slowestMs") << " ms; page ready after " << r.values.at("loadedMs") << " ms\n";
+}
+
+// A read whose entry in the reads file is not its own (the SFF file lacks
+// it) opens to words saying so and no bars; a read beside it to its flowgram.
+TEST_F(ReportBrowser, AReadNotInTheSffFileSaysSoAndDrawsNoFlowgram) {
+    const fs::path dir = scratch_dir();
+    write_file(dir / "asm.ace", assembly_with_a_missing_read());
+    write_file(dir / "reads.sff", build_sff(worked_example_sff()).bytes);
+    ASSERT_EQ(run_program({PELKRIN_BINARY, "-f", "asm.ace", "reads.sff"}, dir).status, 0);
+    const fs::path report = write_report(dir / "asm.ace", dir / "report");
+    const browser_results r = run_in_browser(report / "contig-2.html", R"(
+var R = window.pelkrinReport;
+R.openRead(R.readIndex('zabsent'), function () {
+  put('absentFacts', document.getElementById('flowgram-facts').textContent);
+  put('absentBars', document.querySelectorAll('#flowgram-svg rect.bar').length);
+  put('absentShown', !document.getElementById('flowgram').hidden);
+  R.openRead(R.readIndex('readC'), function () {
+    put('readCBars', document.querySelectorAll('#flowgram-svg rect.bar').length);
+    put('readCBases', document.getElementById('flowgram-bases').textContent);
+    finish();
+  });
+});
+)", true);
+    ASSERT_TRUE(r.values.count("errors")) << r.dom.substr(0, 2000);
+    EXPECT_EQ(r.values.at("errors"), "");
+    EXPECT_EQ(r.values.at("absentFacts"), "This read is not in the SFF file: there is no flowgram of it.");
+    EXPECT_EQ(r.values.at("absentBars"), "0");
+    EXPECT_EQ(r.values.at("absentShown"), "true");
+    EXPECT_EQ(r.values.at("readCBars"), "8");
+    EXPECT_EQ(r.values.at("readCBases"), "CA");
 }
 
 }  // namespace

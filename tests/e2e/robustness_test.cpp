@@ -1,25 +1,30 @@
-// Both programs on damaged copies of every real input: cut at many lengths and
+// The programs on damaged copies of every real input: cut at many lengths and
 // with bytes changed at many places. Whatever the damage, a program must end
-// within 5 seconds with status 0 or 1, say only its own messages, and (in the
-// sanitizer build) draw no sanitizer report. The optimised build runs them
-// under a 1 GB address-space limit; the sanitizer build, which cannot run under
-// one, under the sanitizer's own limits on allocations and resident memory.
+// within 5 seconds with status 0 or 1 (Pelkrin-prep also 2), say only its own
+// messages, and (in the sanitizer build) draw no sanitizer report. The
+// optimised build runs them under a 1 GB address-space limit; the sanitizer
+// build, which cannot run under one, under the sanitizer's own limits on
+// allocations and resident memory.
 //
 // Every case is a process of its own, so the full sets (every 7th byte of an
-// SFF file, every line of an ACE file, 64 changed bytes each, about 35,000 runs)
+// SFF file, every line of an ACE file, 64 changed bytes each, about 35,000 cases)
 // take long under the sanitizers. By default the tests run a fixed sample of
-// them: cuts and changed bytes spread evenly over the whole of every file, and
+// them: cuts and changed bytes spread evenly over the whole of every file,
 // every ACE case through Pelkrin and one of four Pelkrin-view modes (the report
-// among them) in turn. PELKRIN_LONG=1 in the environment runs the full sets.
+// among them) in turn, and every case through one of Pelkrin-prep's commands
+// in turn: check, then sff (SFF cases) or ace (ACE cases). PELKRIN_LONG=1 in
+// the environment runs the full sets, each case through every mode and command.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <iostream>
 #include <ostream>
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "capture.h"
@@ -70,6 +75,49 @@ void check(const program_result& r, const std::string& what) {
         bool known = false;
         for (const char* m : known_messages) known = known || line.rfind(m, 0) == 0;
         ASSERT_TRUE(known) << what << ": unexpected line on standard error: " << line;
+    }
+}
+
+// Pelkrin-prep's own rules: its messages all begin with its name; check always
+// ends its report with the verdict its status gives; a command that fails says
+// why and leaves no output, not even a temporary file.
+void check_prep(const program_result& r, const std::string& what, const std::filesystem::path& dir,
+                const std::string& output) {
+    ASSERT_FALSE(r.timed_out) << what << ": still running after 5 s";
+    ASSERT_TRUE(r.status == 0 || r.status == 1 || r.status == 2) << what << ": status " << r.status << "\n" << r.err;
+    std::istringstream err(r.err);
+    for (std::string line; std::getline(err, line);)
+        ASSERT_EQ(line.rfind("Pelkrin-prep", 0), 0u) << what << ": unexpected line on standard error: " << line;
+    if (output.empty()) {
+        const char* verdict = r.status == 0 ? "\nPelkrin will read this pair correctly as it stands.\n"
+                                            : "\nPelkrin will not read this pair correctly as it stands";
+        const std::size_t at = r.out.rfind('\n', r.out.size() >= 2 ? r.out.size() - 2 : 0);
+        ASSERT_TRUE(at != std::string::npos && r.out.compare(at, std::strlen(verdict), verdict) == 0)
+            << what << ": status " << r.status << " without its verdict:\n" << r.out;
+        return;
+    }
+    if (r.status == 0) return;
+    ASSERT_FALSE(r.err.empty()) << what << ": status " << r.status << " without a message";
+    for (const auto& entry : std::filesystem::directory_iterator(dir)) {
+        const std::string leaf = entry.path().filename().string();
+        ASSERT_TRUE(leaf != output && leaf.rfind("." + output + ".", 0) != 0) << what << ": left " << leaf;
+    }
+}
+
+// Runs Pelkrin-prep's commands on a damaged case in `dir`: `commands` holds
+// each command's arguments and its output's name (empty for check); the
+// sample takes one of them a case, in turn.
+void run_prep_commands(const std::vector<std::pair<std::vector<std::string>, std::string>>& commands,
+                       std::size_t case_number, const std::filesystem::path& dir, const run_limits& l,
+                       const std::string& what) {
+    for (std::size_t c = 0; c < commands.size(); ++c) {
+        if (!full_sets() && c != case_number % commands.size()) continue;
+        const auto& [args, output] = commands[c];
+        if (!output.empty()) std::filesystem::remove(dir / output);
+        std::vector<std::string> argv = {pelkrin_prep_binary()};
+        argv.insert(argv.end(), args.begin(), args.end());
+        check_prep(run_program(argv, dir, l), what + " (Pelkrin-prep " + args[0] + ")", dir, output);
+        if (::testing::Test::HasFatalFailure()) return;
     }
 }
 
@@ -150,6 +198,9 @@ void damaged_sff(const std::string& leaf, const std::filesystem::path& source, s
     auto run_case = [&](const std::string& sff, const std::string& what) {
         write_file(dir / "in.sff", sff);
         check(run_program({pelkrin_binary(), "-f", "asm.ace", "in.sff"}, dir, l), what);
+        if (::testing::Test::HasFatalFailure()) return;
+        run_prep_commands({{{"check", "asm.ace", "in.sff"}, ""}, {{"sff", "out.sff", "in.sff"}, "out.sff"}}, cases, dir,
+                          l, what);
         ++cases;
     };
     const std::size_t first = bytes.size() * part / parts;
@@ -191,6 +242,9 @@ void damaged_ace(const std::string& leaf, const std::filesystem::path& source, c
             args.insert(args.end(), modes[m].begin(), modes[m].end());
             check(run_program(args, dir, l), what + " (Pelkrin-view -m " + modes[m][1] + ")");
         }
+        if (::testing::Test::HasFatalFailure()) return;
+        run_prep_commands({{{"check", "in.ace", "in.sff"}, ""}, {{"ace", "in.ace", "out.ace"}, "out.ace"}}, cases, dir,
+                          l, what);
         ++cases;
     };
     for (const std::size_t at : ace_cuts(text)) {

@@ -18,13 +18,14 @@ if(NOT ROOT)
 endif()
 get_filename_component(ROOT "${ROOT}" ABSOLUTE)
 
-set(library common ace sff views reads_format)
+set(library common ace sff views reads_format lenient)
 # What each library folder may include besides itself.
 set(may_include_common "")
 set(may_include_ace common)
 set(may_include_sff common)
 set(may_include_views common ace)
 set(may_include_reads_format common ace sff)
+set(may_include_lenient common ace sff)
 # The design's one exception: the contig record declares the view
 # operations, with two small headers of the views.
 set(exceptions

@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "files.h"
-#include "prep/ace_layout.h"
+#include "lenient/ace_layout.h"
 #include "prep/ace_rewrite.h"
 #include "prep/string_output.h"
 #include "prep_fixture.h"
@@ -73,8 +73,8 @@ TEST(PrepAceDialects, PelkrinLayoutNeedsNoEdit) {
     for (const char* leaf : {"consed_sample.ace", "contig1.ace"}) {
         std::string repaired;
         const std::string text = data(leaf);
-        prep::ace_options options;
-        const auto f = prep::read_ace(bytes_of(text), leaf, options);
+        ace_options options;
+        const auto f = read_ace(bytes_of(text), leaf, options);
         EXPECT_TRUE(f.pelkrin_reads_alike()) << leaf;
         EXPECT_FALSE(f.cr_lf.seen());
     }
@@ -88,8 +88,8 @@ TEST(PrepAceDialects, ConsedSampleIsCopiedUnchanged) {
 }
 
 TEST(PrepAceDialects, MiraSignsAreFound) {
-    prep::ace_options options;
-    const auto f = prep::read_ace(bytes_of(data("mira/sim454_out.ace")), "m.ace", options);
+    ace_options options;
+    const auto f = read_ace(bytes_of(data("mira/sim454_out.ace")), "m.ace", options);
     EXPECT_EQ(f.blank_before_ds.count, 120u);
     EXPECT_EQ(f.blank_before_ds.first_line, 325u);
     EXPECT_FALSE(f.no_base_segments.seen());
@@ -140,8 +140,8 @@ TEST(PrepAceDialects, SmallerMendingsReadAlike) {
     const std::string text =
         "AS 1 2\n\nCO c1 8 3 1 U\nACGT*ACG\n\nAF r1 U 1\n\nAF r2 C 3\nBS 1 8 r1\nRD r1 8 0 0\nACGT*ACG\n\n"
         "QA 1 8 1 8\nDS x\n\nRD r2 6 0 0\nGT*ACG\n\nQA 1 6 2 5\nDS y\nXX stray\n\nYY outside\n";
-    prep::ace_options options;
-    const auto f = prep::read_ace(bytes_of(text), "s.ace", options);
+    ace_options options;
+    const auto f = read_ace(bytes_of(text), "s.ace", options);
     EXPECT_TRUE(f.no_base_qualities.seen());
     EXPECT_TRUE(f.split_af.seen());
     EXPECT_TRUE(f.read_counts.seen());
@@ -167,9 +167,9 @@ TEST(PrepAceDialects, ARunOfStrayLinesIsOneEdit) {
     std::string text = contig_text;
     for (int i = 0; i < 1000000; ++i) text.append("XX stray\n");
     text.append("\nYY outside\n");
-    prep::ace_options options;
+    ace_options options;
     const auto bytes = bytes_of(text);
-    const auto f = prep::read_ace(bytes, "s.ace", options);
+    const auto f = read_ace(bytes, "s.ace", options);
     EXPECT_EQ(f.stray.count, 1000001u);
     EXPECT_LE(f.edits.size(), 3u);
     prep::string_output out;
@@ -192,8 +192,8 @@ TEST(PrepAceDialects, ContigsNoReadingMakesSenseOfAreRefused) {
     const std::string text =
         "AS 1 1\n\nCO c1 4 1 1 U\nACGT\n\nBQ\n1 1 1 1\n\nAF r1 U 1\nBS 1 4 r1\n\nRD r9 4 0 0\nACGT\n\n"
         "QA 1 4 1 4\nDS\n\n";
-    prep::ace_options options;
-    const auto f = prep::read_ace(bytes_of(text), "m.ace", options);
+    ace_options options;
+    const auto f = read_ace(bytes_of(text), "m.ace", options);
     EXPECT_EQ(f.malformed, "contig c1: RD record of read r9, which has no AF line");
     EXPECT_EQ(f.malformed_line, 12u);
 }
@@ -203,8 +203,8 @@ TEST(PrepAceDialects, CutOffFileKeepsCompleteContigsOnRequest) {
     const std::size_t second = text.find("\nCO Contig2");
     ASSERT_NE(second, std::string::npos);
     const std::string cut = text.substr(0, second + 400);
-    prep::ace_options options;
-    const auto f = prep::read_ace(bytes_of(cut), "c.ace", options);
+    ace_options options;
+    const auto f = read_ace(bytes_of(cut), "c.ace", options);
     EXPECT_TRUE(f.cut_off);
     EXPECT_EQ(f.cut_contig, "Contig2");
     std::string repaired;
@@ -224,8 +224,8 @@ TEST(PrepAceDialects, EveryCutOfAFileIsRefusedOrReadAlike) {
         const std::string cut = text.substr(0, n);
         SCOPED_TRACE(n);
         try {
-            prep::ace_options options;
-            const auto f = prep::read_ace(bytes_of(cut), "c.ace", options);
+            ace_options options;
+            const auto f = read_ace(bytes_of(cut), "c.ace", options);
             if (f.cut_off || !f.malformed.empty() || f.contigs == 0) continue;
             expect_same_reading(cut);
         } catch (const std::exception&) {

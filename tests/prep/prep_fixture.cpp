@@ -1,18 +1,24 @@
 #include "prep_fixture.h"
 
-#include <zlib.h>
-
 #include <sstream>
 #include <stdexcept>
 
 #include "run_fixture.h"
 #include "ace/ace_reader.h"
 #include "files.h"
-#include "prep/ace_layout.h"
+#include "lenient/ace_layout.h"
 #include "prep/ace_rewrite.h"
 #include "prep/string_output.h"
 #include "sff/read_index.h"
 #include "sff/reader.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+#define PELKRIN_PREP_FIXTURE_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define PELKRIN_PREP_FIXTURE_SANITIZED 1
+#endif
+#endif
 
 namespace pelkrin::test {
 
@@ -34,27 +40,13 @@ std::string with_white_lines(const std::string& text) {
     return out;
 }
 
-std::string gzipped(const std::string& text) {
-    z_stream z{};
-    if (deflateInit2(&z, 6, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY) != Z_OK) throw std::runtime_error("deflate");
-    std::string out(deflateBound(&z, text.size()) + 64, '\0');
-    z.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
-    z.avail_in = static_cast<uInt>(text.size());
-    z.next_out = reinterpret_cast<Bytef*>(out.data());
-    z.avail_out = static_cast<uInt>(out.size());
-    deflate(&z, Z_FINISH);
-    out.resize(z.total_out);
-    deflateEnd(&z);
-    return out;
-}
-
 std::vector<contig> lenient_contigs(const std::string& text, std::string& repaired, bool keep_complete) {
     std::vector<contig> found;
-    prep::ace_options options;
+    ace_options options;
     options.keep_complete = keep_complete;
     options.each_contig = [&](contig& c) { found.push_back(c); };
     const auto bytes = bytes_of(text);
-    const prep::ace_findings f = prep::read_ace(bytes, "in.ace", options);
+    const ace_findings f = read_ace(bytes, "in.ace", options);
     prep::string_output out;
     prep::write_ace(bytes, f.edits, out);
     repaired = out.text();
@@ -106,6 +98,17 @@ program_result run_prep(const std::vector<std::string>& args, const std::filesys
     argv.insert(argv.end(), args.begin(), args.end());
     run_limits limits;
     limits.seconds = 60;
+    return run_program(argv, dir, limits);
+}
+
+program_result run_prep_bounded(const std::vector<std::string>& args, const std::filesystem::path& dir) {
+    std::vector<std::string> argv{pelkrin_prep_binary()};
+    argv.insert(argv.end(), args.begin(), args.end());
+    run_limits limits;
+    limits.seconds = 10;
+#ifndef PELKRIN_PREP_FIXTURE_SANITIZED
+    limits.address_space = std::uint64_t{1} << 30;
+#endif
     return run_program(argv, dir, limits);
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ace/contig.h"
+#include "gzip_fixture.h"
 #include "program.h"
 #include "sff_writer.h"
 
@@ -17,8 +18,6 @@ namespace pelkrin::test {
 std::string with_crlf(const std::string& text);
 // The text with every empty line replaced by one of white space only.
 std::string with_white_lines(const std::string& text);
-// The text as a gzip file.
-std::string gzipped(const std::string& text);
 
 // What the lenient reading of Pelkrin-prep finds in `text`, and in `repaired`
 // the ACE file it writes.
@@ -31,6 +30,10 @@ sff_fixture fixture_of(const std::string& sff_bytes);
 
 // Pelkrin-prep run in `dir` with the arguments.
 program_result run_prep(const std::vector<std::string>& args, const std::filesystem::path& dir);
+// The same, stopped after 10 seconds and, in the optimised build, under a
+// 1 GB address-space limit (the sanitizer build keeps its own allocation
+// limits): for inputs that must be refused rather than read without end.
+program_result run_prep_bounded(const std::vector<std::string>& args, const std::filesystem::path& dir);
 
 // A reads file's entries: contig name, then read name, to the entry's lines.
 using reads_entries = std::map<std::string, std::map<std::string, std::vector<std::string>>>;

@@ -9,7 +9,7 @@
 
 #include "common/fatal_error.h"
 #include "files.h"
-#include "prep/sff_layout.h"
+#include "lenient/sff_layout.h"
 #include "prep_fixture.h"
 
 namespace pelkrin::test {
@@ -32,7 +32,7 @@ std::vector<prep::sff_input> inputs_of(const std::vector<sff_fixture>& files, st
     for (std::size_t i = 0; i < files.size(); ++i) {
         const std::string name = i == 0 ? "f1.sff" : "f2.sff";
         const auto bytes = std::span(reinterpret_cast<const std::uint8_t*>(kept[i].data()), kept[i].size());
-        inputs.push_back(prep::sff_input{name, bytes, prep::scan_sff(bytes, name)});
+        inputs.push_back(prep::sff_input{name, bytes, scan_sff(bytes, name)});
     }
     return inputs;
 }

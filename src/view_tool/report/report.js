@@ -349,6 +349,12 @@
     Array.prototype.forEach.call(document.querySelectorAll('pre.view .read'), function (s) {
       s.classList.toggle('open', +s.getAttribute('data-read') === index);
     });
+    // -2: the reads file's entry for it is not its own (see read_bases_check.h).
+    if (r[4] === -2) {
+      el('flowgram-facts').textContent = 'This read is not in the SFF file: there is no flowgram of it.';
+      if (done) done();
+      return;
+    }
     if (r[4] < 0) {
       el('flowgram-facts').textContent = data.flowgramNote || 'The reads file holds no flowgram of this read.';
       if (done) done();

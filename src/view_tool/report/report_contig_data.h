@@ -11,9 +11,14 @@
 
 namespace pelkrin {
 
+// The place of a read whose entry in the reads file is not its own: the SFF
+// file does not hold it (see read_bases_check.h).
+inline constexpr int not_in_sff_file = -2;
+
 struct flowgram_places {
     // For every read of the contig, in name order: the file of flowgrams
-    // (from 0) that holds it, or -1 when the reads file has none for it.
+    // (from 0) that holds it, -1 when the reads file has none for it, or
+    // not_in_sff_file.
     std::vector<int> file_of_read;
     int files = 0;
     std::string note;  // why no flowgrams are shown, when none are

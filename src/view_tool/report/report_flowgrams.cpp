@@ -1,28 +1,37 @@
 #include "view_tool/report/report_flowgrams.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <unordered_map>
+#include <utility>
 
 #include "reads_format/read_block.h"
 #include "reads_format/values_line.h"
 #include "view_tool/report/json_text.h"
+#include "view_tool/report/read_bases_check.h"
 
 namespace pelkrin {
 namespace {
 
 // A values line as a JSON string of comma-separated numbers; a line that is
 // not a values line gives an empty list. (The page reads the text as
-// numbers, never as code.) Both the check and the copy go many bytes a
-// step: this copies most of the reads file.
-void append_values(std::string& out, std::string_view line) {
+// numbers, never as code.) Returns how many numbers it holds. Both the check
+// and the copy go many bytes a step: this copies most of the reads file.
+std::size_t append_values(std::string& out, std::string_view line) {
     out.push_back('"');
-    if (is_values_line(line)) {
+    std::size_t tabs = 0;
+    const bool numbers = is_values_line(line);
+    if (numbers) {
         const std::size_t at = out.size();
         out.resize(at + line.size());
-        std::replace_copy(line.begin(), line.end(), out.begin() + static_cast<std::ptrdiff_t>(at), '\t', ',');
+        char* to = out.data() + at;
+        for (std::size_t i = 0; i < line.size(); ++i) {
+            const bool tab = line[i] == '\t';
+            to[i] = tab ? ',' : line[i];
+            tabs += tab;
+        }
     }
     out.push_back('"');
+    return numbers && !line.empty() ? tabs + 1 : 0;
 }
 
 }  // namespace
@@ -43,33 +52,47 @@ contig_flowgrams contig_flowgram_files(const contig& c, std::string_view block, 
     if (entries.empty()) return no_flowgrams(c, "The reads file holds no reads for this contig.");
 
     contig_flowgrams result = no_flowgrams(c, {});
-    std::unordered_map<std::string_view, std::size_t> read_number;
-    read_number.reserve(c.reads.size());
+    // Each read's number (its place in name order) and its record.
+    std::unordered_map<std::string_view, std::pair<std::size_t, const READ*>> read_of;
+    read_of.reserve(c.reads.size());
     std::size_t k = 0;
-    for (const auto& named : c.reads) read_number.emplace(named.first, k++);
+    for (const auto& named : c.reads) read_of.emplace(named.first, std::make_pair(k++, &named.second));
 
     const std::size_t per_file = reads_per_file == 0 ? 1 : reads_per_file;
     std::size_t placed = 0;
     for (const read_entry& e : entries) {
-        const auto found = read_number.find(e.name);
+        const auto found = read_of.find(e.name);
         // A name the contig does not hold, or one met before, is left out.
-        if (found == read_number.end() || result.places.file_of_read[found->second] >= 0) continue;
+        if (found == read_of.end()) continue;
+        int& place = result.places.file_of_read[found->second.first];
+        if (place != -1) continue;
+        // Every read the reads file holds counts towards the files, so that a
+        // read not in the SFF file moves no other read to another file.
         const std::size_t file = placed / per_file;
-        if (file == result.files.size()) {
+        ++placed;
+        while (result.files.size() <= file) {
             result.files.emplace_back("pelkrinFlowgrams(");
-            result.files.back().append(std::to_string(file)).append(",[");
+            result.files.back().append(std::to_string(result.files.size() - 1)).append(",[");
         }
-        std::string& out = result.files.back();
-        if (placed % per_file != 0) out.push_back(',');
+        std::string& out = result.files[file];
+        const std::size_t entry_at = out.size();
+        if (out.back() != '[') out.push_back(',');
         out.push_back('[');
         append_json_string(out, e.name);
-        for (int line = 0; line < 3; ++line) {
-            out.push_back(',');
-            append_values(out, e.lines[static_cast<std::size_t>(line)]);
-        }
+        out.push_back(',');
+        append_values(out, e.lines[0]);
+        out.push_back(',');
+        append_values(out, e.lines[1]);
+        out.push_back(',');
+        const std::size_t flows = append_values(out, e.lines[2]);
         out.push_back(']');
-        result.places.file_of_read[found->second] = static_cast<int>(file);
-        ++placed;
+        if (entry_carries_read_bases(e.lines[1], flows, found->second.second->seq)) {
+            place = static_cast<int>(file);
+        } else {
+            // Not the read's own: what Pelkrin decoded for a read the SFF file lacks.
+            out.resize(entry_at);
+            place = not_in_sff_file;
+        }
     }
     for (std::string& file : result.files) file.append("]);\n");
     result.places.files = static_cast<int>(result.files.size());

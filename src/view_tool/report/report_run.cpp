@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ace/ace_reader.h"
+#include "ace/reading_end.h"
 #include "common/fatal_error.h"
 #include "common/input_file.h"
 #include "common/work_queue.h"
@@ -212,6 +213,7 @@ void write_report(const std::string& ace_file, const std::string& folder_name, c
     write_report_file(folder, "pelkrin-report.js", report_script());
 
     std::vector<contig_summary> summaries;
+    std::string unread;  // why the contigs read are not all the file holds
     {
         contig_workers workers(folder, ace_file, colours, source);
         // One contig ahead, to know which is the last.
@@ -248,8 +250,12 @@ void write_report(const std::string& ace_file, const std::string& folder_name, c
             std::rethrow_exception(reading);
         }
         summaries = workers.finish();
+        // The reader ended without an error: at the end of the file, or where
+        // the file stops short of what it began, as Pelkrin tells it.
+        unread = incomplete_reading(reader);
     }
     write_report_file(folder, "index.html", index_page(summaries, ace_file));
+    if (!unread.empty()) throw fatal_error(1, unread);
     messages.out << "Pelkrin-view: report of " << summaries.size() << " contigs written to "
                  << (folder / "index.html").string() << std::endl;
     if (!messages.out) throw fatal_error(1, "Pelkrin-view: can not write standard output\n");

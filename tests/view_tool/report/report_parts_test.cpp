@@ -103,6 +103,35 @@ TEST(ReportFlowgrams, SplitsTheReadsIntoFilesAndPlacesEachRead) {
     EXPECT_EQ(f.places.files, 2);
 }
 
+// The entry Pelkrin writes for a read the SFF file does not hold calls a
+// base at no flow (or bases the read lacks): it is left out and the read
+// placed as not in the SFF file; every other read keeps the file and the
+// text it would have had.
+TEST(ReportFlowgrams, AnEntryThatIsNotTheReadsOwnIsLeftOut) {
+    contig c = two_reads();
+    c.reads["r3"] = READ{"r3", 4, 3, {'C', 'G', 'T'}, 0, 0, 0};
+    const std::string r1 = "r1\t1\n30\t31\n0\t1\n100\t200\n";
+    const std::string r3 = "r3\t1\n33\n3\n1\t2\t3\t104\n";
+    const std::string placeholder = "r2\t1\n65\n-1\n5\t7\n";
+    const qdx_entry entry{"C", 0, 3, 3};
+    const contig_flowgrams all = contig_flowgram_files(c, r1 + "r2\t1\n31\n2\n9\t9\t9\n" + r3, entry, 1);
+    const contig_flowgrams f = contig_flowgram_files(c, r1 + placeholder + r3, entry, 1);
+    EXPECT_EQ(all.places.file_of_read, (std::vector<int>{0, 1, 2}));
+    EXPECT_EQ(f.places.file_of_read, (std::vector<int>{0, not_in_sff_file, 2}));
+    ASSERT_EQ(f.files.size(), 3u);
+    EXPECT_EQ(f.files[0], all.files[0]);
+    EXPECT_EQ(f.files[1], "pelkrinFlowgrams(1,[]);\n");
+    EXPECT_EQ(f.files[2], all.files[2]);
+    EXPECT_EQ(f.places.note, "");
+
+    // Two to a file: r2 shares the first file with r1.
+    const contig_flowgrams two = contig_flowgram_files(c, r1 + placeholder + r3, entry, 2);
+    ASSERT_EQ(two.files.size(), 2u);
+    EXPECT_EQ(two.files[0], "pelkrinFlowgrams(0,[[\"r1\",\"30,31\",\"0,1\",\"100,200\"]]);\n");
+    EXPECT_EQ(two.files[1], "pelkrinFlowgrams(1,[[\"r3\",\"33\",\"3\",\"1,2,3,104\"]]);\n");
+    EXPECT_EQ(two.places.file_of_read, (std::vector<int>{0, not_in_sff_file, 1}));
+}
+
 TEST(ReportFlowgrams, WithoutFlowgramLinesThereAreNone) {
     const contig_flowgrams f = contig_flowgram_files(two_reads(), "r1\t1\n30\n", qdx_entry{"C", 0, 1, 1}, 10);
     EXPECT_TRUE(f.files.empty());

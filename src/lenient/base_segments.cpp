@@ -1,8 +1,8 @@
-#include "prep/base_segments.h"
+#include "lenient/base_segments.h"
 
 #include <algorithm>
 
-namespace pelkrin::prep {
+namespace pelkrin {
 
 std::vector<base_segment> cover_consensus(std::int64_t length, std::vector<placed_read> reads) {
     std::vector<base_segment> out;
@@ -47,4 +47,4 @@ std::string base_segment_lines(const std::vector<base_segment>& segments) {
     return text;
 }
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin

@@ -1,4 +1,4 @@
-#include "prep/gzip.h"
+#include "lenient/gzip.h"
 
 #include <unistd.h>
 #include <zlib.h>
@@ -8,13 +8,14 @@
 #include <limits>
 
 #include "common/fatal_error.h"
-#include "prep/progress.h"
+#include "common/progress.h"
+#include "lenient/file_label.h"
 
-namespace pelkrin::prep {
+namespace pelkrin {
 namespace {
 
 [[noreturn]] void damaged(const std::string& name, std::uint64_t at, const std::string& what) {
-    throw fatal_error(1, std::string("Pelkrin-prep: ").append(name).append(": byte ").append(std::to_string(at))
+    throw fatal_error(1, std::string(name).append(": byte ").append(std::to_string(at))
                              .append(" of the gzip data: ").append(what).append("\n"));
 }
 
@@ -31,11 +32,13 @@ bool is_gzip(std::span<const std::uint8_t> bytes) {
     return bytes.size() >= 2 && bytes[0] == 0x1f && bytes[1] == 0x8b;
 }
 
-std::vector<std::uint8_t> gunzip(std::span<const std::uint8_t> bytes, const std::string& name, std::ostream* err) {
+std::vector<std::uint8_t> gunzip(std::span<const std::uint8_t> bytes, const std::string& file, std::ostream* err,
+                                 std::string_view program) {
+    const std::string name = file_label(program, file);
     std::vector<std::uint8_t> out;
     // A guess at the inflated size; the vector grows from there.
     out.reserve(std::min<std::size_t>(bytes.size() * 4, std::size_t{1} << 30));
-    progress shown(*(err != nullptr ? err : &std::cerr), "inflating " + name, bytes.size(),
+    progress shown(*(err != nullptr ? err : &std::cerr), file_label(program, "inflating " + file), bytes.size(),
                    err != nullptr && progress::shown_for(bytes.size()));
 
     z_stream z{};
@@ -84,4 +87,4 @@ std::vector<std::uint8_t> gunzip(std::span<const std::uint8_t> bytes, const std:
     return out;
 }
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin

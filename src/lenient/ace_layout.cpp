@@ -1,4 +1,4 @@
-#include "prep/ace_layout.h"
+#include "lenient/ace_layout.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -6,11 +6,12 @@
 #include "ace/blank.h"
 #include "ace/line_scanner.h"
 #include "common/fatal_error.h"
-#include "prep/ace_lines.h"
-#include "prep/base_segments.h"
-#include "prep/progress.h"
+#include "lenient/file_label.h"
+#include "lenient/ace_lines.h"
+#include "lenient/base_segments.h"
+#include "common/progress.h"
 
-namespace pelkrin::prep {
+namespace pelkrin {
 namespace {
 
 std::string first_word(std::string_view text) {
@@ -126,7 +127,7 @@ private:
             if (as_trailing_) f_.stray.see(l.number);
             return;
         }
-        throw fatal_error(1, std::string("Pelkrin-prep: ").append(name_).append(": line ")
+        throw fatal_error(1, file_label(options_.program, name_).append(": line ")
                                  .append(std::to_string(f_.lines == 0 ? 1 : f_.lines))
                                  .append(": not an ACE file: it does not begin with an AS line\n"));
     }
@@ -430,4 +431,4 @@ ace_findings read_ace(std::span<const std::uint8_t> bytes, const std::string& na
     return parser(bytes, name, options).run();
 }
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin

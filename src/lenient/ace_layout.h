@@ -12,7 +12,7 @@
 
 #include "ace/contig.h"
 
-namespace pelkrin::prep {
+namespace pelkrin {
 
 class progress;
 
@@ -91,6 +91,8 @@ struct ace_findings {
 };
 
 struct ace_options {
+    // The program whose messages name the file (file_label.h); none when empty.
+    std::string program;
     // Drop a contig the file is cut off in, rather than only noting it.
     bool keep_complete = false;
     // Called with each complete contig as the lenient reading finds it, in
@@ -104,4 +106,4 @@ struct ace_options {
 // file does not begin with an AS line.
 ace_findings read_ace(std::span<const std::uint8_t> bytes, const std::string& name, const ace_options& options);
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin

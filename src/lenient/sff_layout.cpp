@@ -1,4 +1,4 @@
-#include "prep/sff_layout.h"
+#include "lenient/sff_layout.h"
 
 #include <algorithm>
 #include <cstring>
@@ -6,13 +6,14 @@
 #include <string_view>
 
 #include "common/fatal_error.h"
-#include "prep/progress.h"
+#include "lenient/file_label.h"
+#include "common/progress.h"
 #include "sff/byte_order.h"
 #include "sff/record_decode.h"
 #include "sff/sff_header.h"
 #include "sff/sff_read.h"
 
-namespace pelkrin::prep {
+namespace pelkrin {
 namespace {
 
 constexpr unsigned char magic_big[4] = {'.', 's', 'f', 'f'};
@@ -91,6 +92,7 @@ public:
         const std::uint64_t index_at = part.index_length > 0 ? start + part.index_offset : 0;
         const std::uint64_t index_end = start + align8(part.index_offset + part.index_length);
         std::uint64_t pos = start + part.header_length;
+        part.content_end = std::min<std::uint64_t>(pos, bytes_.size());
         for (std::uint64_t i = 0; i < part.announced_reads; ++i) {
             if (index_at != 0 && pos == index_at) {
                 part.index = i == 0 ? index_place::before_reads : index_place::among_reads;
@@ -116,9 +118,11 @@ public:
             r.data_offset = pos + sff_read::header_size + r.name_length + header_padding(r.read_header_length, r.name_length);
             const std::uint64_t data_length = std::uint64_t{part.flows} * 2 + 3 * std::uint64_t{r.number_of_bases};
             const std::uint64_t data_end = r.data_offset + data_length;
-            if (data_end > bytes_.size())
+            if (data_end > bytes_.size()) {
+                part.cut_inside_read = true;
                 return stop(out, pos, "the file ends inside " + which() + " (" +
                                           std::to_string(r.number_of_bases) + " bases)");
+            }
             // The name as Pelkrin's index keys it (up to its first zero byte), hashed
             // while it is at hand: the merge sorts records by it.
             const auto name = reinterpret_cast<const char*>(bytes_.data() + pos + sff_read::header_size);
@@ -128,11 +132,13 @@ public:
             r.length = std::min<std::uint64_t>(padded, bytes_.size()) - pos;
             out.records.push_back(r);
             ++part.reads_found;
+            part.content_end = data_end;
             pos = padded;
         }
         if (index_at != 0 && pos == index_at) {
             part.index = part.announced_reads == 0 ? index_place::before_reads : index_place::after_reads;
             pos = index_end;
+            part.content_end = std::min<std::uint64_t>(index_at + part.index_length, bytes_.size());
         }
         if (index_at != 0 && part.index == index_place::none) part.index = index_place::elsewhere;
         part.end = std::min<std::uint64_t>(pos, bytes_.size());
@@ -154,6 +160,21 @@ private:
 bool only_zeros(std::span<const std::uint8_t> bytes, std::uint64_t at) {
     return std::all_of(bytes.begin() + static_cast<std::ptrdiff_t>(at), bytes.end(),
                        [](std::uint8_t b) { return b == 0; });
+}
+
+// Where another SFF file begins after `part`, or 0 when none does. Files are
+// joined by whoever had them at hand: right after the last record or index
+// block, on the next multiple of 4 or 8, or after some zero bytes. So the
+// magic number is looked for on every byte of the padding the walk passed
+// over, and at the first byte after it that is not zero: a few comparisons
+// and one pass over zeros, never a search of the rest of the file.
+std::uint64_t next_part_at(std::span<const std::uint8_t> bytes, const sff_part& part, bool& big_endian) {
+    for (std::uint64_t at = part.content_end; at < part.end; ++at)
+        if (magic_at(bytes, at, big_endian)) return at;
+    const auto nonzero = std::find_if(bytes.begin() + static_cast<std::ptrdiff_t>(part.end), bytes.end(),
+                                      [](std::uint8_t b) { return b != 0; });
+    const auto at = static_cast<std::uint64_t>(nonzero - bytes.begin());
+    return magic_at(bytes, at, big_endian) ? at : 0;
 }
 
 }  // namespace
@@ -179,12 +200,13 @@ std::string_view index_place_text(index_place p) {
     return "none";
 }
 
-sff_layout scan_sff(std::span<const std::uint8_t> bytes, const std::string& name, progress* shown) {
+sff_layout scan_sff(std::span<const std::uint8_t> bytes, const std::string& name, progress* shown,
+                    std::string_view program) {
     sff_layout out;
     walker walk(bytes, shown);
     bool big = true;
     if (!magic_at(bytes, 0, big))
-        throw fatal_error(1, std::string("Pelkrin-prep: ").append(name).append(
+        throw fatal_error(1, file_label(program, name).append(
                                  ": byte 0: not an SFF file (no \".sff\" magic number)\n"));
     std::uint64_t at = 0;
     while (true) {
@@ -192,7 +214,7 @@ sff_layout scan_sff(std::span<const std::uint8_t> bytes, const std::string& name
         const std::string wrong = walk.header(at, big, part);
         if (!wrong.empty()) {
             if (out.parts.empty())
-                throw fatal_error(1, std::string("Pelkrin-prep: ").append(name).append(": byte ").append(at_text(at))
+                throw fatal_error(1, file_label(program, name).append(": byte ").append(at_text(at))
                                          .append(": ").append(wrong).append("\n"));
             walk.stop(out, at, "the SFF header here: " + wrong);
             return out;
@@ -200,20 +222,24 @@ sff_layout scan_sff(std::span<const std::uint8_t> bytes, const std::string& name
         out.parts.push_back(part);
         sff_part& added = out.parts.back();
         if (!walk.records(added, static_cast<std::uint32_t>(out.parts.size() - 1), out)) return out;
-        at = added.end;
-        if (at >= bytes.size()) break;
-        // Another SFF file may follow, begun where this one ends or at the next multiple of 8.
-        if (!magic_at(bytes, at, big) && !(at % 8 != 0 && magic_at(bytes, at = align8(at), big))) {
-            at = added.end;
-            if (!only_zeros(bytes, at)) {
-                out.stray_offset = at;
-                out.stray_bytes = bytes.size() - at;
+        if (added.content_end >= bytes.size()) break;
+        at = next_part_at(bytes, added, big);
+        if (at == 0) {
+            if (added.end < bytes.size() && !only_zeros(bytes, added.end)) {
+                out.stray_offset = added.end;
+                out.stray_bytes = bytes.size() - added.end;
             }
             break;
         }
+        // A file begun inside the padding of the last record: the record ends where it begins.
+        if (!out.records.empty()) {
+            sff_record& last = out.records.back();
+            if (last.part == out.parts.size() - 1 && last.offset + last.length > at) last.length = at - last.offset;
+        }
+        added.end = std::min(added.end, at);
     }
     if (shown != nullptr) shown->finish();
     return out;
 }
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin

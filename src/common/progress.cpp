@@ -1,8 +1,8 @@
-#include "prep/progress.h"
+#include "common/progress.h"
 
 #include <unistd.h>
 
-namespace pelkrin::prep {
+namespace pelkrin {
 
 progress::progress(std::ostream& err, std::string what, std::uint64_t total, bool shown)
     : err_(err), what_(std::move(what)), total_(total), shown_(shown && total > 0) {}
@@ -16,13 +16,13 @@ void progress::draw(std::uint64_t done) {
     next_ = (static_cast<std::uint64_t>(percent) + 1) * total_ / 100;
     if (percent == percent_) return;
     percent_ = percent;
-    err_ << "\rPelkrin-prep: " << what_ << ": " << percent << "%" << std::flush;
+    err_ << "\r" << what_ << ": " << percent << "%" << std::flush;
 }
 
 void progress::finish() {
     if (!shown_) return;
     shown_ = false;
-    if (percent_ >= 0) err_ << "\rPelkrin-prep: " << what_ << ": done\n" << std::flush;
+    if (percent_ >= 0) err_ << "\r" << what_ << ": done\n" << std::flush;
 }
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin

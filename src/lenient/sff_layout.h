@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-namespace pelkrin::prep {
+namespace pelkrin {
 
 // Where a part's index block stands.
 enum class index_place { none, before_reads, among_reads, after_reads, elsewhere };
@@ -30,8 +30,14 @@ struct sff_part {
     std::string flow_chars;
     std::string key;
     index_place index = index_place::none;
-    std::uint64_t reads_found = 0;
+    std::uint64_t reads_found = 0;  // records that lie whole in the file
+    // The walk stopped inside a record whose read header lies whole in the
+    // file (its name or data cut short): the record Pelkrin's walk counts too.
+    bool cut_inside_read = false;
     std::uint64_t end = 0;  // one past its last record (padding included) or its index block
+    // One past the last byte of its last record or index block, padding left
+    // out: where another SFF file may begin.
+    std::uint64_t content_end = 0;
 };
 
 // One read record, in place in the file's bytes.
@@ -66,11 +72,12 @@ struct sff_layout {
 class progress;
 
 // Walks `bytes`, the file's contents. Throws fatal_error (status 1) naming
-// `name` when the file does not begin with an SFF header. `shown`, when
-// given, follows the walk.
-sff_layout scan_sff(std::span<const std::uint8_t> bytes, const std::string& name, progress* shown = nullptr);
+// `name` (after `program`, file_label.h) when the file does not begin with an
+// SFF header. `shown`, when given, follows the walk.
+sff_layout scan_sff(std::span<const std::uint8_t> bytes, const std::string& name, progress* shown = nullptr,
+                    std::string_view program = {});
 
 // The name of where an index block stands, for reports.
 std::string_view index_place_text(index_place p);
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin

@@ -1,12 +1,13 @@
 #pragma once
 // How far a long pass over a file has come, shown on standard error as a
-// percentage that rewrites itself. Shown only for files over 100 MB and only
+// percentage that rewrites itself after what the pass does ("Pelkrin-prep:
+// reading big.sff: 42%"). Shown only for files over 100 MB and only
 // when standard error is a terminal: a log or a pipe gets nothing.
 #include <cstdint>
 #include <ostream>
 #include <string>
 
-namespace pelkrin::prep {
+namespace pelkrin {
 
 class progress {
 public:
@@ -40,4 +41,4 @@ private:
     int percent_ = -1;
 };
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin

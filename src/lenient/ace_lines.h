@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-namespace pelkrin::prep {
+namespace pelkrin {
 
 struct ace_line {
     std::string_view text;     // normalised as above
@@ -37,4 +37,4 @@ private:
     ace_line held_;
 };
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin

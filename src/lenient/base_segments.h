@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace pelkrin::prep {
+namespace pelkrin {
 
 struct placed_read {
     std::string name;
@@ -28,4 +28,4 @@ std::vector<base_segment> cover_consensus(std::int64_t length, std::vector<place
 // The BS lines of the segments, each ended by a line feed.
 std::string base_segment_lines(const std::vector<base_segment>& segments);
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin

@@ -1,10 +1,10 @@
-#include "prep/ace_lines.h"
+#include "lenient/ace_lines.h"
 
 #include <cstring>
 
 #include "ace/blank.h"
 
-namespace pelkrin::prep {
+namespace pelkrin {
 
 bool ace_lines::read(ace_line& line) {
     if (at_ >= bytes_.size()) return false;
@@ -56,4 +56,4 @@ bool ace_lines::peek(ace_line& line) {
     return true;
 }
 
-}  // namespace pelkrin::prep
+}  // namespace pelkrin

@@ -4,8 +4,8 @@
 
 #include "common/fatal_error.h"
 #include "files.h"
-#include "prep/sff_layout.h"
-#include "prep_fixture.h"
+#include "lenient/sff_layout.h"
+#include "sff_writer.h"
 
 namespace pelkrin::test {
 namespace {
@@ -19,11 +19,11 @@ sff_fixture three_reads() {
     return f;
 }
 
-prep::sff_layout scan(const std::string& bytes) { return prep::scan_sff(bytes_of(bytes), "t.sff"); }
+sff_layout scan(const std::string& bytes) { return scan_sff(bytes_of(bytes), "t.sff"); }
 
 TEST(PrepSffLayout, IndexBlockIsFoundWhereverItStands) {
-    const prep::index_place expected[] = {prep::index_place::before_reads, prep::index_place::among_reads,
-                                          prep::index_place::among_reads, prep::index_place::after_reads};
+    const index_place expected[] = {index_place::before_reads, index_place::among_reads,
+                                          index_place::among_reads, index_place::after_reads};
     for (const bool big : {true, false}) {
         for (std::size_t at = 0; at <= 3; ++at) {
             SCOPED_TRACE(at);
