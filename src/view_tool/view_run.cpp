@@ -12,6 +12,7 @@
 #include "common/version_line.h"
 #include "view_tool/colour_file.h"
 #include "view_tool/html_page.h"
+#include "view_tool/report/report_over_input.h"
 #include "view_tool/report/report_run.h"
 #include "view_tool/view_modes.h"
 #include "view_tool/view_options.h"
@@ -81,6 +82,14 @@ int run_view(const std::vector<std::string>& args, std::ostream& out, std::ostre
         }
     }
 
+    // Nor the report's files, nor what it removes of an earlier report.
+    if (!mode.operation) {
+        if (const auto over = report_file_over_input(*o.report_folder, report_inputs(o.ace_file, o.colour_file))) {
+            err << prefix << would_overwrite(over->output, over->input) << std::endl;
+            return 1;
+        }
+    }
+
     colour_map colours = default_colours();
     if (o.colour_file) {
         colour_file_result loaded = read_colour_file(*o.colour_file);
@@ -93,7 +102,7 @@ int run_view(const std::vector<std::string>& args, std::ostream& out, std::ostre
 
     if (!mode.operation) {
         try {
-            write_report(o.ace_file, *o.report_folder, colours, console{out, err});
+            write_report(o.ace_file, *o.report_folder, colours, console{out, err}, report_inputs(o.ace_file, o.colour_file));
         } catch (const fatal_error& e) {
             err << e.message() << std::flush;
             return e.status();

@@ -198,17 +198,30 @@ void write_big_contig(const fs::path& path, int reads, int length) {
     write_file(path, ace);
 
     // Pelkrin -f output for it, made up: ten bases and 100 flows a read, in
-    // files larger than a page takes in, so that the page loads them.
-    std::vector<std::string> names;
-    for (int k = 0; k < reads; ++k) names.push_back(std::string("big").append(std::to_string(k)));
+    // files larger than a page takes in, so that the page loads them. The
+    // ten bases are the read's first unpadded ones, each called at the next
+    // flow of its letter (flow order TACG), as a read's own entry calls them.
+    std::vector<std::pair<std::string, int>> names;  // name, number
+    for (int k = 0; k < reads; ++k) names.emplace_back(std::string("big").append(std::to_string(k)), k);
     std::sort(names.begin(), names.end());
     const std::string header = ">BigContig\t" + std::to_string(reads) + "\t3\n";
     std::string block = header;
-    for (const std::string& name : names) {
+    for (const auto& [name, k] : names) {
         block.append(name).append("\t1\n");
         for (int i = 0; i < 10; ++i) block.append(i ? "\t" : "").append(std::to_string(20 + next(20)));
         block.push_back('\n');
-        for (int i = 0; i < 10; ++i) block.append(i ? "\t" : "").append(std::to_string(i * 9 + next(9)));
+        const auto [start, len] = placed[static_cast<std::size_t>(k)];
+        int flow = -1;
+        int called = 0;
+        for (int at = start - 1; at < start - 1 + len && called < 10; ++at) {
+            const char base = consensus[static_cast<std::size_t>(at)];
+            if (base == '*') continue;
+            if (flow < 0 || "TACG"[flow % 4] != base) {
+                do ++flow;
+                while ("TACG"[flow % 4] != base);
+            }
+            block.append(called++ ? "\t" : "").append(std::to_string(flow));
+        }
         block.push_back('\n');
         for (int i = 0; i < 100; ++i) block.append(i ? "\t" : "").append(std::to_string(next(400)));
         block.push_back('\n');

@@ -2,14 +2,20 @@
 // what it says when it cannot write them.
 #include <gtest/gtest.h>
 
+#include <signal.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "background_program.h"
 #include "files.h"
 #include "folder_state.h"
 #include "missing_read_fixture.h"
@@ -107,7 +113,7 @@ TEST(ReportTool, AFolderThatCannotBeMadeIsAnError) {
     const program_result r = view({"-m", "report", "-o", (dir / "file" / "r").string(), example_ace()});
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.out, "");
-    EXPECT_EQ(r.err, "Pelkrin-view: can not create folder " + (dir / "file" / "r").string() + "\n");
+    EXPECT_EQ(r.err, "Pelkrin-view: can not create folder " + (dir / "file" / "r").string() + ": Not a directory\n");
 }
 
 TEST(ReportTool, TheAceReadersOwnErrorsStandAsTheyAre) {
@@ -123,7 +129,8 @@ TEST(ReportTool, TheAceReadersOwnErrorsStandAsTheyAre) {
 // An ACE file whose fifth contig cannot be read: the report ends with the
 // reader's error, every contig before it has its page and no later one has,
 // the same every time; the last page written links to no next page, and the
-// index lists the pages written, also over an earlier report of more contigs.
+// index lists the pages written, also over an earlier report of more contigs,
+// whose other pages are gone.
 TEST(ReportTool, AContigThatCannotBeReadEndsTheReportAfterThePagesBeforeIt) {
     const fs::path dir = scratch_dir();
     const std::string example = read_file(example_ace());
@@ -150,10 +157,8 @@ TEST(ReportTool, AContigThatCannotBeReadEndsTheReportAfterThePagesBeforeIt) {
         for (int page = 1; page <= 4; ++page) {
             EXPECT_TRUE(fs::exists(out / ("contig-" + std::to_string(page) + ".html"))) << run << " " << page;
         }
-        if (run % 2 == 0) {
-            for (int page = 5; page <= 7; ++page) {
-                EXPECT_FALSE(fs::exists(out / ("contig-" + std::to_string(page) + ".html"))) << run << " " << page;
-            }
+        for (int page = 5; page <= 7; ++page) {
+            EXPECT_FALSE(fs::exists(out / ("contig-" + std::to_string(page) + ".html"))) << run << " " << page;
         }
         EXPECT_EQ(read_file(out / "contig-4.html").find(">next<"), std::string::npos);
         const std::string index = read_file(out / "index.html");
@@ -181,6 +186,80 @@ std::vector<std::string> listed_pages(const fs::path& report) {
         pages.push_back(index.substr(from, index.find('"', from) - from));
     }
     return pages;
+}
+
+// The state of a report of `pages` contig pages, as written from the whole
+// report `whole` (whose pages have the same names): the last page links to no
+// next one.
+std::map<std::string, std::string> first_pages_of(const std::map<std::string, std::string>& whole, std::size_t pages) {
+    std::map<std::string, std::string> state;
+    for (const auto& [leaf, bytes] : whole) {
+        if (leaf.rfind("contig-", 0) != 0) continue;
+        const std::size_t n = std::stoul(leaf.substr(7));
+        if (n > pages) continue;
+        std::string page = bytes;
+        const std::string next = " · <a href=\"contig-" + std::to_string(n + 1) + ".html\">next</a>";
+        if (n == pages && page.find(next) != std::string::npos) page.erase(page.find(next), next.size());
+        state[leaf] = page;
+    }
+    return state;
+}
+
+// The ACE file cut at line starts over the whole file (each contig's first and
+// last lines among them): the report ends as Pelkrin ends on the same file,
+// with its status and its message, after the page of every contig Pelkrin
+// wrote, each as the whole file's report has it; an earlier report of the
+// whole file leaves none of its other pages.
+TEST(ReportTool, AnAceFileCutShortEndsTheReportAsPelkrinEndsItsRun) {
+    const fs::path dir = scratch_dir();
+    const std::string text = read_file(example_ace());
+    fs::copy_file(source_file("example/example.sff"), dir / "reads.sff");
+    write_file(dir / "asm.ace", text);
+    ASSERT_EQ(report_in(dir, "asm.ace", "whole").status, 0);
+    const std::map<std::string, std::string> whole = folder_state(dir / "whole");
+
+    std::vector<std::size_t> starts;
+    for (std::size_t at = 0; at < text.size(); at = text.find('\n', at) + 1) starts.push_back(at);
+    std::vector<std::size_t> cuts = {0, text.size()};
+    for (std::size_t i = 0; i < starts.size(); ++i) {
+        const bool co = text.compare(starts[i], 3, "CO ") == 0;
+        const bool near_co = (i + 1 < starts.size() && text.compare(starts[i + 1], 3, "CO ") == 0);
+        if (i % 9 == 0 || co || near_co || i + 3 >= starts.size()) cuts.push_back(starts[i]);
+    }
+    std::size_t failed = 0;
+    for (const std::size_t cut : cuts) {
+        SCOPED_TRACE("cut at byte " + std::to_string(cut));
+        write_file(dir / "asm.ace", text.substr(0, cut));
+        const program_result pelkrin = run_program({PELKRIN_BINARY, "asm.ace", "reads.sff"}, dir);
+        // Pelkrin's outputs stay out of the report: the whole file's had none.
+        const std::string index = fs::exists(dir / "asm.qdx") ? read_file(dir / "asm.qdx") : "";
+        fs::remove(dir / "asm.qdx");
+        fs::remove(dir / "asm.reads");
+        const std::size_t written = static_cast<std::size_t>(std::count(index.begin(), index.end(), '\n'));
+        fs::remove_all(dir / "r");
+        fs::copy(dir / "whole", dir / "r");
+        const program_result r = report_in(dir, "asm.ace", "r");
+        EXPECT_EQ(r.status, pelkrin.status);
+        if (pelkrin.status == 0) {
+            EXPECT_EQ(r.err, "");
+            EXPECT_EQ(r.out, "Pelkrin-view: report of " + std::to_string(written) + " contigs written to r/index.html\n");
+        } else {
+            ++failed;
+            EXPECT_EQ(r.err, pelkrin.err);
+            EXPECT_EQ(r.out, "");
+        }
+        if (cut == 0) {  // not an ACE file: nothing is written
+            EXPECT_EQ(folder_state(dir / "r"), whole);
+            continue;
+        }
+        std::map<std::string, std::string> state = folder_state(dir / "r");
+        EXPECT_EQ(state["pelkrin-report.js"], whole.at("pelkrin-report.js"));
+        EXPECT_EQ(state["pelkrin-report.css"], whole.at("pelkrin-report.css"));
+        EXPECT_EQ(listed_pages(dir / "r").size(), written);
+        for (const char* leaf : {"index.html", "pelkrin-report.js", "pelkrin-report.css"}) state.erase(leaf);
+        EXPECT_EQ(state, first_pages_of(whole, written)) << state_difference(first_pages_of(whole, written), state);
+    }
+    EXPECT_GT(failed, cuts.size() / 2);
 }
 
 // An ACE file of the example's contigs with the given changes to its text.
@@ -307,6 +386,313 @@ TEST(ReportTool, EveryReadOfTheExampleHasItsFlowgram) {
         }
     }
     EXPECT_EQ(reads, 57u);
+}
+
+// ---- Outputs over inputs
+
+// Every entry of `dir` (the test's folder), hidden ones too, by name.
+std::vector<std::string> entries_of(const fs::path& dir) {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(dir)) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// The report would write over, or remove, a file it reads: refused before
+// anything is done, as Pelkrin refuses it, whether the file is the one named,
+// a hard link to it or a symbolic link to it.
+TEST(ReportTool, AReportFileThatIsAnInputIsRefused) {
+    const fs::path dir = scratch_dir();
+    fs::copy_file(example_ace(), dir / "asm.ace");
+    ASSERT_EQ(report_in(dir, "asm.ace", "r").status, 0);
+    write_file(dir / "colours.txt", "A\tgreen\n");
+
+    struct refusal {
+        const char* what;
+        std::vector<std::string> args;  // after -m report -o
+        std::string output, input;
+    };
+    // The ACE file named as a file of the report folder it is to be written to.
+    fs::create_directory(dir / "d");
+    fs::copy_file(example_ace(), dir / "d" / "pelkrin-report.js");
+    // A page an earlier report of 3 contigs does not hold, which the report would remove.
+    ASSERT_EQ(::link((dir / "asm.ace").c_str(), (dir / "r" / "contig-7.html").c_str()), 0);
+    // The colour file through a link the report folder holds.
+    fs::create_directory(dir / "l");
+    fs::create_symlink("../colours.txt", dir / "l" / "index.html");
+    // Pelkrin's reads file beside the ACE file, hard-linked as a flowgram file.
+    write_file(dir / "asm.reads", "x\n");
+    fs::create_directory(dir / "f");
+    ASSERT_EQ(::link((dir / "asm.reads").c_str(), (dir / "f" / "contig-1-flowgrams-0.js").c_str()), 0);
+    const std::vector<refusal> cases = {
+        {"the ACE file by name", {"d", "d/pelkrin-report.js"}, "d/pelkrin-report.js", "d/pelkrin-report.js"},
+        {"the ACE file by a hard link", {"r", "asm.ace"}, "r/contig-7.html", "asm.ace"},
+        {"the colour file by a symbolic link", {"l", "-c", "colours.txt", "asm.ace"}, "l/index.html", "colours.txt"},
+        {"the reads file", {"f/", "asm.ace"}, "f/contig-1-flowgrams-0.js", "asm.reads"},
+    };
+    for (const refusal& c : cases) {
+        SCOPED_TRACE(c.what);
+        const std::map<std::string, std::string> before = folder_state(dir);
+        std::vector<std::string> argv = {PELKRIN_VIEW_BINARY, "-m", "report", "-o"};
+        argv.insert(argv.end(), c.args.begin(), c.args.end());
+        const program_result r = run_program(argv, dir);
+        EXPECT_EQ(r.status, 1);
+        EXPECT_EQ(r.out, "");
+        EXPECT_EQ(r.err, "Pelkrin-view: Error: output file " + c.output + " would overwrite input file " + c.input + "\n");
+        EXPECT_EQ(folder_state(dir), before) << state_difference(before, folder_state(dir));
+    }
+}
+
+// A file of the report folder that is not the report's, an input among them,
+// stays: under its name, the same file.
+TEST(ReportTool, FilesOfTheFolderThatAreNotTheReportsStay) {
+    const fs::path dir = scratch_dir();
+    fs::create_directories(dir / "r" / "notes");
+    fs::copy_file(example_ace(), dir / "r" / "asm.ace");
+    write_file(dir / "r" / "notes" / "todo.txt", "look at Contig2\n");
+    write_file(dir / "r" / "contig-1.html.orig", "kept\n");
+    struct stat before {};
+    ASSERT_EQ(::stat((dir / "r" / "asm.ace").c_str(), &before), 0);
+    for (int run = 0; run < 3; ++run) {
+        const program_result r = report_in(dir, "r/asm.ace", "r");
+        EXPECT_EQ(r.status, 0) << r.err;
+        struct stat after {};
+        ASSERT_EQ(::stat((dir / "r" / "asm.ace").c_str(), &after), 0);
+        EXPECT_EQ(after.st_ino, before.st_ino);
+        EXPECT_EQ(read_file(dir / "r" / "asm.ace"), read_file(example_ace()));
+        EXPECT_EQ(read_file(dir / "r" / "notes" / "todo.txt"), "look at Contig2\n");
+        EXPECT_EQ(read_file(dir / "r" / "contig-1.html.orig"), "kept\n");
+        EXPECT_TRUE(fs::exists(dir / "r" / "contig-3.html"));
+    }
+}
+
+// ---- The earlier report, whole, or the new one, whole
+
+// The example's contigs `copies` times over, renamed in each copy: an
+// assembly as large as a test needs.
+std::string example_copies(int copies) {
+    const std::string example = read_file(example_ace());
+    const std::string body = example.substr(example.find("CO "));
+    std::string text = "AS " + std::to_string(3 * copies) + " " + std::to_string(57 * copies) + "\n\n";
+    for (int k = 0; k < copies; ++k) {
+        std::string copy = body;
+        for (const std::string name : {"Contig1", "Contig2", "Contig3"}) {
+            const std::string from = "CO " + name + " ";
+            copy.replace(copy.find(from), from.size(), "CO " + name + "x" + std::to_string(k) + " ");
+        }
+        text += copy;
+    }
+    return text;
+}
+
+// A report over an earlier one of more contigs holds exactly what a report
+// into a new folder holds, and so does one over a report of fewer contigs.
+TEST(ReportTool, AReportOverAnEarlierOneHoldsItsOwnFilesAlone) {
+    const fs::path dir = scratch_dir();
+    write_file(dir / "small.ace", read_file(example_ace()));
+    write_file(dir / "large.ace", example_copies(6));
+    ASSERT_EQ(report_in(dir, "small.ace", "fresh-small").status, 0);
+    ASSERT_EQ(report_in(dir, "large.ace", "fresh-large").status, 0);
+    const std::map<std::string, std::string> small = folder_state(dir / "fresh-small");
+    const std::map<std::string, std::string> large = folder_state(dir / "fresh-large");
+    ASSERT_EQ(large.size(), 18u + 3u);
+    for (const char* ace : {"large.ace", "small.ace", "large.ace", "small.ace", "small.ace"}) {
+        SCOPED_TRACE(ace);
+        const program_result r = report_in(dir, ace, "r");
+        EXPECT_EQ(r.status, 0) << r.err;
+        const std::map<std::string, std::string>& expected = std::string(ace) == "small.ace" ? small : large;
+        EXPECT_EQ(folder_state(dir / "r"), expected) << state_difference(expected, folder_state(dir / "r"));
+        // Beside the report, at most the folder of the one it replaced.
+        std::size_t hidden = 0;
+        for (const std::string& name : entries_of(dir)) hidden += name.rfind(".r.pelkrin-report-", 0) == 0 ? 1 : 0;
+        EXPECT_LE(hidden, 1u);
+    }
+}
+
+// The entries of a folder's state (folder_state) under `sub`, named from there.
+std::map<std::string, std::string> under(const std::map<std::string, std::string>& state, const std::string& sub) {
+    std::map<std::string, std::string> part;
+    for (const auto& [leaf, what] : state) {
+        if (leaf.rfind(sub + "/", 0) == 0) part[leaf.substr(sub.size() + 1)] = what;
+    }
+    return part;
+}
+
+// The names in a folder's state (folder_state) that are not in a folder of it.
+std::vector<std::string> top_names(const std::map<std::string, std::string>& state) {
+    std::vector<std::string> names;
+    for (const auto& entry : state) {
+        if (entry.first.find('/') == std::string::npos) names.push_back(entry.first);
+    }
+    return names;
+}
+
+// A write that fails (here a file-size limit, as a full disk) ends the run
+// with the system's reason; the earlier report stays as it was, and nothing
+// is left beside it but the folder of a report replaced before, which the
+// next run writes over.
+TEST(ReportTool, AFailedWriteLeavesTheEarlierReportAsItWas) {
+    const fs::path dir = scratch_dir();
+    write_file(dir / "asm.ace", read_file(example_ace()));
+    write_file(dir / "other.ace", example_copies(2));
+    // With its flowgrams every page of other.ace is larger than the script.
+    fs::copy_file(source_file("example/example.sff"), dir / "other.sff");
+    ASSERT_EQ(run_program({PELKRIN_BINARY, "-f", "other.ace", "other.sff"}, dir).status, 0);
+    ASSERT_EQ(report_in(dir, "other.ace", "flowgrams").status, 0);
+    ASSERT_EQ(report_in(dir, "asm.ace", "r").status, 0);
+    const std::size_t script = read_file(dir / "r" / "pelkrin-report.js").size();
+    for (int page = 1; page <= 6; ++page) {
+        ASSERT_LT(script, read_file(dir / "flowgrams" / ("contig-" + std::to_string(page) + ".html")).size());
+    }
+    for (int with_spare = 0; with_spare < 2; ++with_spare) {
+        SCOPED_TRACE(with_spare ? "with the folder of a report replaced beside it" : "alone");
+        if (with_spare == 1) {
+            ASSERT_EQ(report_in(dir, "asm.ace", "r").status, 0);
+        }
+        const std::map<std::string, std::string> before = folder_state(dir);
+        run_limits limits;
+        limits.file_size = script / 2;
+        program_result r = report_in(dir, "other.ace", "r", limits);
+        EXPECT_EQ(r.status, 1);
+        EXPECT_EQ(r.out, "");
+        EXPECT_EQ(r.err, "Pelkrin-view: can not write file r/pelkrin-report.js: File too large\n");
+        EXPECT_EQ(folder_state(dir / "r"), under(before, "r"));
+        limits.file_size = script + 1;  // a page is the first to fail, whichever a worker writes first
+        r = report_in(dir, "other.ace", "r", limits);
+        EXPECT_EQ(r.status, 1);
+        EXPECT_EQ(r.err.rfind("Pelkrin-view: can not write file r/contig-", 0), 0u) << r.err;
+        EXPECT_NE(r.err.find(".html: File too large\n"), std::string::npos) << r.err;
+        const std::map<std::string, std::string> after = folder_state(dir);
+        EXPECT_EQ(under(after, "r"), under(before, "r"));
+        if (with_spare == 0) {
+            EXPECT_EQ(after, before) << state_difference(before, after);
+        } else {
+            EXPECT_EQ(top_names(after), top_names(before));
+        }
+    }
+}
+
+// Waits until `done` holds or `seconds` have passed.
+template <typename Condition>
+bool wait_until(const Condition& done, double seconds) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    while (!done()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(std::chrono::microseconds(200));
+    }
+    return true;
+}
+
+// The folder beside `report` that a run writes the new report into, if any.
+fs::path new_folder_of(const fs::path& report) {
+    for (const auto& entry : fs::directory_iterator(report.parent_path())) {
+        if (entry.path().filename().string().rfind("." + report.filename().string() + ".pelkrin-report-", 0) == 0) {
+            return entry.path();
+        }
+    }
+    return {};
+}
+
+// Ctrl-C, kill and a hang-up in the middle of a report: the run ends as the
+// signal ends it, the earlier report stays as it was, and the run's new
+// folder is gone, or, when it was one an earlier report left, stays as the
+// next run's.
+TEST(ReportTool, ARunEndedByASignalLeavesTheEarlierReportAsItWas) {
+    const fs::path dir = scratch_dir();
+    write_file(dir / "asm.ace", read_file(example_ace()));
+    write_file(dir / "large.ace", example_copies(400));
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        for (int with_spare = 0; with_spare < 2; ++with_spare) {
+            SCOPED_TRACE("signal " + std::to_string(signal) + (with_spare ? ", with the folder of a report replaced" : ""));
+            fs::remove_all(dir / "r");
+            if (const fs::path left = new_folder_of(dir / "r"); !left.empty()) fs::remove_all(left);
+            ASSERT_EQ(report_in(dir, "asm.ace", "r").status, 0);
+            if (with_spare == 1) {
+                ASSERT_EQ(report_in(dir, "asm.ace", "r").status, 0);
+            }
+            const std::map<std::string, std::string> before = folder_state(dir);
+            background_program run({PELKRIN_VIEW_BINARY, "-m", "report", "-o", "r", "large.ace"}, dir);
+            // Some pages of the new report written: it is well under way.
+            const bool begun = wait_until([&] {
+                const fs::path folder = new_folder_of(dir / "r");
+                return !folder.empty() && fs::exists(folder / "contig-9.html");
+            }, 60);
+            run.send(signal);
+            const program_result r = run.wait();
+            ASSERT_TRUE(begun) << "the run ended before its ninth page";
+            EXPECT_EQ(r.status, 128 + signal) << r.err;
+            EXPECT_EQ(r.out, "");
+            const std::map<std::string, std::string> after = folder_state(dir);
+            EXPECT_EQ(under(after, "r"), under(before, "r"));
+            if (with_spare == 0) {
+                EXPECT_EQ(after, before) << state_difference(before, after);
+            } else {
+                EXPECT_EQ(top_names(after), top_names(before));  // the folder left stays, for the next run
+            }
+        }
+    }
+}
+
+// A run killed outright (SIGKILL) leaves its new folder beside the report;
+// the next run writes its report all the same, whole, and leaves no more
+// than one folder beside it.
+TEST(ReportTool, AFolderThatAKilledRunLeftDoesNotBreakTheNextRun) {
+    const fs::path dir = scratch_dir();
+    write_file(dir / "asm.ace", read_file(example_ace()));
+    write_file(dir / "large.ace", example_copies(400));
+    ASSERT_EQ(report_in(dir, "asm.ace", "fresh").status, 0);
+    ASSERT_EQ(report_in(dir, "asm.ace", "r").status, 0);
+    for (int kill = 0; kill < 3; ++kill) {
+        const auto started = fs::file_time_type::clock::now();
+        background_program run({PELKRIN_VIEW_BINARY, "-m", "report", "-o", "r", "large.ace"}, dir);
+        // A page written by this run: the folder may hold one of a run killed before.
+        const bool begun = wait_until([&] {
+            const fs::path folder = new_folder_of(dir / "r");
+            std::error_code ec;
+            return !folder.empty() && fs::last_write_time(folder / "contig-9.html", ec) >= started && !ec;
+        }, 60);
+        run.send(SIGKILL);
+        run.wait();
+        ASSERT_TRUE(begun);
+        EXPECT_EQ(folder_state(dir / "r"), folder_state(dir / "fresh"));
+        EXPECT_FALSE(new_folder_of(dir / "r").empty());
+    }
+    const program_result r = report_in(dir, "asm.ace", "r");
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(folder_state(dir / "r"), folder_state(dir / "fresh"));
+    std::size_t hidden = 0;
+    for (const std::string& name : entries_of(dir)) hidden += name.rfind(".r.pelkrin-report-", 0) == 0 ? 1 : 0;
+    EXPECT_EQ(hidden, 1u);
+}
+
+// ---- A folder that cannot be written
+
+// A folder the user may not write, and one whose parent admits no new folder:
+// the message names the file or the folder and the system's reason, and
+// nothing changes. Run by root, the program runs as another user: root may
+// write anywhere.
+TEST(ReportTool, AFolderThatCannotBeWrittenSaysWhy) {
+    const shared_scratch shared;
+    const fs::path& dir = shared.path();
+    shared.write("Pelkrin-view", read_file(PELKRIN_VIEW_BINARY), true);
+    shared.write("asm.ace", read_file(example_ace()));
+    ASSERT_EQ(report_in(dir, "asm.ace", "ro").status, 0);
+    for (const auto& entry : fs::recursive_directory_iterator(dir / "ro")) ::chmod(entry.path().c_str(), 0444);
+    ::chmod((dir / "ro").c_str(), 0555);
+    ::chmod(dir.c_str(), 0555);
+    const std::map<std::string, std::string> before = folder_state(dir);
+    const program_result ro = run_as_other_user({(dir / "Pelkrin-view").string(), "-m", "report", "-o", "ro", "asm.ace"}, dir);
+    const program_result fresh =
+        run_as_other_user({(dir / "Pelkrin-view").string(), "-m", "report", "-o", "new/r", "asm.ace"}, dir);
+    const std::map<std::string, std::string> after = folder_state(dir);
+    ::chmod(dir.c_str(), 0755);
+    ::chmod((dir / "ro").c_str(), 0755);
+    EXPECT_EQ(ro.status, 1) << "125: no other user; 126: the folder cannot be entered; 127: nor the program run";
+    EXPECT_EQ(ro.out, "");
+    EXPECT_EQ(ro.err, "Pelkrin-view: can not write file ro/pelkrin-report.css: Permission denied\n");
+    EXPECT_EQ(fresh.status, 1);
+    EXPECT_EQ(fresh.err, "Pelkrin-view: can not create folder new/r: Permission denied\n");
+    EXPECT_EQ(after, before) << state_difference(before, after);
 }
 
 }  // namespace

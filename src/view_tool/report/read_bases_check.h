@@ -11,13 +11,15 @@
 namespace pelkrin {
 
 // `flow_indexes` is the entry's flow index line (the 0-based flow that called
-// each base, tab-separated) and `flows` the number of its flowgram values;
-// `padded_bases` the read's bases in the assembly, pads '*' included. True
-// when the bases the flow indexes call (each the letter of its flow in the
-// flow order TACG repeated) occur, in that order, in the read's bases with the
-// pads taken out, case ignored, or in their reverse complement; false when a
-// base is called at no flow of the flowgram. A line that is not a values line
-// (a damaged file) is not judged: true.
-bool entry_carries_read_bases(std::string_view flow_indexes, std::size_t flows, const std::vector<char>& padded_bases);
+// each base, tab-separated), a values line (is_values_line: the caller has
+// checked it), and `flows` the number of its flowgram values; `padded_bases`
+// the read's bases in the assembly, pads '*' included. True when the bases
+// the flow indexes call (each the letter of its flow in the flow order TACG
+// repeated) occur, in that order, in the read's bases with the pads taken
+// out, case ignored, or in their reverse complement; false when a base is
+// called at no flow of the flowgram. `other_strand_first` (the read lies
+// complemented in the assembly) only tells which strand to try first.
+bool entry_carries_read_bases(std::string_view flow_indexes, std::size_t flows, const std::vector<char>& padded_bases,
+                              bool other_strand_first = false);
 
 }  // namespace pelkrin

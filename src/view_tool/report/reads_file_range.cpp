@@ -1,52 +1,11 @@
-#include "view_tool/report/report_files.h"
+#include "view_tool/report/reads_file_range.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
-#include <cerrno>
-
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
-#include <system_error>
-
-#include "common/fatal_error.h"
 
 namespace pelkrin {
-namespace {
-
-[[noreturn]] void cannot(const std::string& what, const std::filesystem::path& path) {
-    throw fatal_error(1, std::string("Pelkrin-view: can not ").append(what).append(" ").append(path.string()).append("\n"));
-}
-
-}  // namespace
-
-void make_report_folder(const std::filesystem::path& folder) {
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error || !std::filesystem::is_directory(folder, error)) cannot("create folder", folder);
-}
-
-void write_report_file(const std::filesystem::path& folder, const std::string& name, std::string_view text) {
-    const std::filesystem::path path = folder / name;
-    // A file of an earlier report is written over and then cut to its new
-    // length, neither emptied first nor removed: ext4 sends a file that was
-    // emptied and written again to the disk as it is closed, and creating
-    // thousands of files just after removing as many makes it search long for
-    // free inodes. Either cost more than the whole report.
-    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
-    if (fd < 0) cannot("open file", path);
-    bool written = true;
-    for (std::size_t done = 0; written && done < text.size();) {
-        const ssize_t n = ::write(fd, text.data() + done, text.size() - done);
-        if (n < 0 && errno == EINTR) continue;
-        written = n > 0;
-        if (written) done += static_cast<std::size_t>(n);
-    }
-    written = written && ::ftruncate(fd, static_cast<off_t>(text.size())) == 0;
-    if (::close(fd) != 0 || !written) cannot("write file", path);
-}
-
 namespace {
 
 // Reads the next piece of bytes `from` up to `to` (as read_file_range takes

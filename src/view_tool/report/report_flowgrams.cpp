@@ -1,5 +1,6 @@
 #include "view_tool/report/report_flowgrams.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <unordered_map>
 #include <utility>
@@ -12,26 +13,33 @@
 namespace pelkrin {
 namespace {
 
+// The tabs of a line, counted in bytes, 255 at most at a time, so that the
+// compiler counts many a step.
+std::size_t tabs_in(std::string_view line) {
+    std::size_t total = 0;
+    for (std::size_t at = 0; at < line.size(); at += 255) {
+        const std::size_t n = std::min<std::size_t>(255, line.size() - at);
+        unsigned char k = 0;
+        for (std::size_t i = 0; i < n; ++i) k = static_cast<unsigned char>(k + (line[at + i] == '\t'));
+        total += k;
+    }
+    return total;
+}
+
 // A values line as a JSON string of comma-separated numbers; a line that is
-// not a values line gives an empty list. (The page reads the text as
-// numbers, never as code.) Returns how many numbers it holds. Both the check
-// and the copy go many bytes a step: this copies most of the reads file.
-std::size_t append_values(std::string& out, std::string_view line) {
+// not a values line gives an empty list (and false). (The page reads the text
+// as numbers, never as code.) Both the check and the copy go many bytes a
+// step: this copies most of the reads file.
+bool append_values(std::string& out, std::string_view line) {
     out.push_back('"');
-    std::size_t tabs = 0;
     const bool numbers = is_values_line(line);
     if (numbers) {
         const std::size_t at = out.size();
         out.resize(at + line.size());
-        char* to = out.data() + at;
-        for (std::size_t i = 0; i < line.size(); ++i) {
-            const bool tab = line[i] == '\t';
-            to[i] = tab ? ',' : line[i];
-            tabs += tab;
-        }
+        std::replace_copy(line.begin(), line.end(), out.begin() + static_cast<std::ptrdiff_t>(at), '\t', ',');
     }
     out.push_back('"');
-    return numbers && !line.empty() ? tabs + 1 : 0;
+    return numbers;
 }
 
 }  // namespace
@@ -82,11 +90,14 @@ contig_flowgrams contig_flowgram_files(const contig& c, std::string_view block, 
         out.push_back(',');
         append_values(out, e.lines[0]);
         out.push_back(',');
-        append_values(out, e.lines[1]);
+        const bool judged = append_values(out, e.lines[1]);
         out.push_back(',');
-        const std::size_t flows = append_values(out, e.lines[2]);
+        // Counted while the line is at hand in the cache.
+        const std::size_t flows = append_values(out, e.lines[2]) && !e.lines[2].empty() ? tabs_in(e.lines[2]) + 1 : 0;
         out.push_back(']');
-        if (entry_carries_read_bases(e.lines[1], flows, found->second.second->seq)) {
+        const READ& read = *found->second.second;
+        // A damaged flow index line is not judged.
+        if (!judged || entry_carries_read_bases(e.lines[1], flows, read.seq, read.uncomplemented == 0)) {
             place = static_cast<int>(file);
         } else {
             // Not the read's own: what Pelkrin decoded for a read the SFF file lacks.

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <exception>
-#include <filesystem>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -19,8 +18,10 @@
 #include "reads_format/qdx_index.h"
 #include "view_tool/report/report_assets.h"
 #include "view_tool/report/report_contig_data.h"
-#include "view_tool/report/report_files.h"
+#include "view_tool/report/interrupt_guard.h"
+#include "view_tool/report/reads_file_range.h"
 #include "view_tool/report/report_flowgrams.h"
+#include "view_tool/report/report_folder.h"
 #include "view_tool/report/report_pages.h"
 #include "view_tool/report/report_summary.h"
 
@@ -104,7 +105,7 @@ struct page_buffers {
 
 // The files of one contig: its page, and the files of its scripts that are
 // too large to go into the page.
-contig_summary write_contig_files(const std::filesystem::path& folder, contig_job& job, const std::string& ace_file,
+contig_summary write_contig_files(report_folder& folder, contig_job& job, const std::string& ace_file,
                                   const colour_map& colours, const reads_source& source, page_buffers& buffers) {
     contig_summary s = summarise_contig(job.c, depth_bins);
     contig_flowgrams flowgrams = source.flowgrams(job.c, job.ordinal - 1);
@@ -114,21 +115,21 @@ contig_summary write_contig_files(const std::filesystem::path& folder, contig_jo
     scripts.alignment.clear();
     append_contig_data_js(scripts.alignment, job.c, colours, flowgrams.places);
     if (scripts.alignment.size() > inline_bytes) {
-        write_report_file(folder, stem + ".js", scripts.alignment);
+        folder.write(stem + ".js", scripts.alignment);
         scripts.alignment.clear();
     }
     std::size_t flowgram_bytes = 0;
     for (const std::string& file : flowgrams.files) flowgram_bytes += file.size();
     if (flowgram_bytes > inline_bytes) {
         for (std::size_t k = 0; k < flowgrams.files.size(); ++k) {
-            write_report_file(folder, stem + "-flowgrams-" + std::to_string(k) + ".js", flowgrams.files[k]);
+            folder.write(stem + "-flowgrams-" + std::to_string(k) + ".js", flowgrams.files[k]);
         }
     } else {
         scripts.flowgrams = std::move(flowgrams.files);
     }
     buffers.page.clear();
     append_contig_page(buffers.page, s, job.ordinal, job.last, ace_file, scripts);
-    write_report_file(folder, stem + ".html", buffers.page);
+    folder.write(stem + ".html", buffers.page);
     buffers.alignment = std::move(scripts.alignment);
     s.depth_bins = {};
     return s;
@@ -138,7 +139,7 @@ contig_summary write_contig_files(const std::filesystem::path& folder, contig_jo
 // ACE file. The first failure stops everything and is thrown again by finish().
 class contig_workers {
 public:
-    contig_workers(const std::filesystem::path& folder, const std::string& ace_file, const colour_map& colours,
+    contig_workers(report_folder& folder, const std::string& ace_file, const colour_map& colours,
                    const reads_source& source)
         : queue_(queued_bytes) {
         const unsigned count = std::clamp(std::thread::hardware_concurrency(), 1u, 4u);
@@ -172,7 +173,7 @@ public:
     }
 
 private:
-    void work(const std::filesystem::path& folder, const std::string& ace_file, const colour_map& colours,
+    void work(report_folder& folder, const std::string& ace_file, const colour_map& colours,
               const reads_source& source) {
         contig_job job;
         page_buffers buffers;
@@ -203,14 +204,24 @@ private:
 
 }  // namespace
 
+std::vector<std::string> report_inputs(const std::string& ace_file, const std::optional<std::string>& colour_file) {
+    std::vector<std::string> inputs = {ace_file};
+    if (colour_file) inputs.push_back(*colour_file);
+    const std::string prefix = output_prefix(ace_file);
+    inputs.push_back(index_file_name(prefix));
+    inputs.push_back(reads_file_name(prefix));
+    return inputs;
+}
+
 void write_report(const std::string& ace_file, const std::string& folder_name, const colour_map& colours,
-                  console messages) {
-    const std::filesystem::path folder(folder_name);
+                  console messages, const std::vector<std::string>& inputs) {
+    // Before any thread starts, so that every thread leaves the signals to it.
+    interrupt_guard guard;
     aceReader reader(ace_file, messages);
-    make_report_folder(folder);
     const reads_source source(ace_file);
-    write_report_file(folder, "pelkrin-report.css", report_style());
-    write_report_file(folder, "pelkrin-report.js", report_script());
+    report_folder folder(folder_name, guard, inputs);
+    folder.write("pelkrin-report.css", report_style());
+    folder.write("pelkrin-report.js", report_script());
 
     std::vector<contig_summary> summaries;
     std::string unread;  // why the contigs read are not all the file holds
@@ -236,16 +247,17 @@ void write_report(const std::string& ace_file, const std::string& folder_name, c
             // A contig the ACE reader cannot read ends the run, as in Pelkrin:
             // every contig before it gets its page, the same pages every time
             // (workers stopped at once would leave whichever they had reached),
-            // and the index lists those pages, not an earlier report's; then
-            // the reader's error stands.
+            // and the report of those pages takes the earlier report's place;
+            // then the reader's error stands.
             const std::exception_ptr reading = std::current_exception();
             if (job_whole) {
                 job.last = true;  // no page follows it
                 workers.add(std::move(job));
             }
             try {
-                write_report_file(folder, "index.html", index_page(workers.finish(), ace_file));
-            } catch (...) {  // the reader's error is the one to tell
+                folder.write("index.html", index_page(workers.finish(), ace_file));
+                folder.put_in_place();
+            } catch (...) {  // the reader's error is the one to tell; the earlier report stays
             }
             std::rethrow_exception(reading);
         }
@@ -254,10 +266,11 @@ void write_report(const std::string& ace_file, const std::string& folder_name, c
         // the file stops short of what it began, as Pelkrin tells it.
         unread = incomplete_reading(reader);
     }
-    write_report_file(folder, "index.html", index_page(summaries, ace_file));
+    folder.write("index.html", index_page(summaries, ace_file));
+    folder.put_in_place();
     if (!unread.empty()) throw fatal_error(1, unread);
     messages.out << "Pelkrin-view: report of " << summaries.size() << " contigs written to "
-                 << (folder / "index.html").string() << std::endl;
+                 << folder.shown("index.html") << std::endl;
     if (!messages.out) throw fatal_error(1, "Pelkrin-view: can not write standard output\n");
 }
 

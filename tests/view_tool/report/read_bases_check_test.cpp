@@ -40,12 +40,26 @@ TEST(ReadBasesCheck, ABaseCalledAtNoFlowIsNotTheReads) {
     EXPECT_TRUE(entry_carries_read_bases("6", 8, bases("CCCC")));        // C
 }
 
-TEST(ReadBasesCheck, NoCalledBasesAndDamagedLinesAreNotJudged) {
+TEST(ReadBasesCheck, NoCalledBasesAreFoundInAnyRead) {
     EXPECT_TRUE(entry_carries_read_bases("", 8, bases("ACGT")));
     EXPECT_TRUE(entry_carries_read_bases("", 0, bases("")));
-    EXPECT_TRUE(entry_carries_read_bases("1\tx", 8, bases("CCCC")));
-    EXPECT_TRUE(entry_carries_read_bases("1\t\t2", 8, bases("CCCC")));
     EXPECT_FALSE(entry_carries_read_bases("1", 8, bases("")));
+    EXPECT_FALSE(entry_carries_read_bases("1", 8, bases("**")));
+}
+
+// The assembly's read is most often just the called bases: compared whole on
+// either strand; one that is longer or holds them elsewhere is searched.
+TEST(ReadBasesCheck, TheWholeReadAndAPartOfItAreFoundAlike) {
+    for (const bool other_first : {false, true}) {
+        EXPECT_TRUE(entry_carries_read_bases("0\t1\t2\t3\t3", 8, bases("T*ACGG"), other_first));
+        EXPECT_TRUE(entry_carries_read_bases("0\t1\t2\t3\t3", 8, bases("CCGTA"), other_first));
+        EXPECT_TRUE(entry_carries_read_bases("0\t1\t2\t3\t3", 8, bases("aTACGGa*"), other_first));
+        EXPECT_TRUE(entry_carries_read_bases("0\t1\t2\t3\t3", 8, bases("GCCGTAC"), other_first));
+        EXPECT_FALSE(entry_carries_read_bases("0\t1\t2\t3\t3", 8, bases("TACG"), other_first));
+        EXPECT_FALSE(entry_carries_read_bases("0\t1\t2\t3\t4", 8, bases("TACGGG*T"), other_first));
+        EXPECT_FALSE(entry_carries_read_bases("0\t1\t2\t3\t1234", 8, bases("TACGG"), other_first));
+        EXPECT_TRUE(entry_carries_read_bases("996\t1001\t1002\t1003", 1004, bases("TACG"), other_first));
+    }
 }
 
 }  // namespace

@@ -10,7 +10,9 @@
 #include "files.h"
 #include "reads_format/qdx_index.h"
 #include "view_tool/report/json_text.h"
-#include "view_tool/report/report_files.h"
+#include "view_tool/report/interrupt_guard.h"
+#include "view_tool/report/reads_file_range.h"
+#include "view_tool/report/report_folder.h"
 #include "view_tool/report/report_flowgrams.h"
 #include "view_tool/report/report_pages.h"
 #include "view_tool/report/report_summary.h"
@@ -24,17 +26,23 @@ std::string json(std::string_view text) {
     return out;
 }
 
-// A report written again over an earlier one: each file holds the new text
-// alone, whether the earlier file was longer or shorter.
+// A file written again holds the new text alone, whether the earlier text
+// was longer or shorter.
 TEST(ReportFiles, AFileWrittenAgainHoldsTheNewTextAlone) {
     const std::filesystem::path folder = scratch_subdir("report-files");
-    write_report_file(folder, "page.html", "a longer earlier text\n");
-    write_report_file(folder, "page.html", "short\n");
-    EXPECT_EQ(read_file(folder / "page.html"), "short\n");
-    write_report_file(folder, "page.html", "longer than the one before\n");
-    EXPECT_EQ(read_file(folder / "page.html"), "longer than the one before\n");
-    write_report_file(folder, "page.html", "");
-    EXPECT_EQ(read_file(folder / "page.html"), "");
+    interrupt_guard guard;
+    report_folder report((folder / "r").string(), guard);
+    const std::filesystem::path page = folder / "r" / "contig-1.html";
+    report.write("contig-1.html", "a longer earlier text\n");
+    report.write("contig-1.html", "short\n");
+    report.put_in_place();
+    EXPECT_EQ(read_file(page), "short\n");
+    report_folder again((folder / "r").string(), guard);
+    again.write("contig-1.html", "longer than the one before\n");
+    again.write("contig-1.html", "");
+    again.write("contig-1.html", "three\n");
+    again.put_in_place();
+    EXPECT_EQ(read_file(page), "three\n");
 }
 
 // A contig's block is read up to its last entry, the next contig's header,
@@ -47,7 +55,7 @@ TEST(ReportFiles, AContigBlockEndsWithItsEntries) {
     const std::string second = ">Contig2\t1\t3\nr3\t1\n40\n1\n99\n";
     std::string tail(3u << 20, '7');  // more than one piece read past the contigs
     for (std::size_t at = 79; at < tail.size(); at += 80) tail[at] = '\n';
-    write_report_file(folder, "asm.reads", first + second + tail);
+    write_file(folder / "asm.reads", first + second + tail);
     const int fd = ::open((folder / "asm.reads").c_str(), O_RDONLY);
     ASSERT_GE(fd, 0);
     EXPECT_EQ(read_contig_block(fd, 0, -1, 8), first);                  // its two entries of four lines
@@ -130,6 +138,15 @@ TEST(ReportFlowgrams, AnEntryThatIsNotTheReadsOwnIsLeftOut) {
     EXPECT_EQ(two.files[0], "pelkrinFlowgrams(0,[[\"r1\",\"30,31\",\"0,1\",\"100,200\"]]);\n");
     EXPECT_EQ(two.files[1], "pelkrinFlowgrams(1,[[\"r3\",\"33\",\"3\",\"1,2,3,104\"]]);\n");
     EXPECT_EQ(two.places.file_of_read, (std::vector<int>{0, not_in_sff_file, 1}));
+}
+
+// A flow index line that is not a values line (a damaged reads file) is
+// not judged: the entry is written, with no flow indexes, as before.
+TEST(ReportFlowgrams, AnEntryWithADamagedFlowIndexLineIsWritten) {
+    const contig_flowgrams f = contig_flowgram_files(two_reads(), "r1\t1\n30\t31\n0\tx\n100\t200\n", qdx_entry{"C", 0, 1, 3}, 10);
+    ASSERT_EQ(f.files.size(), 1u);
+    EXPECT_EQ(f.files[0], "pelkrinFlowgrams(0,[[\"r1\",\"30,31\",\"\",\"100,200\"]]);\n");
+    EXPECT_EQ(f.places.file_of_read, (std::vector<int>{0, -1}));
 }
 
 TEST(ReportFlowgrams, WithoutFlowgramLinesThereAreNone) {
