@@ -52,7 +52,7 @@ std::string sff_of_reads(const std::vector<contig>& contigs) {
                 for (char& b : back) b = complement(b);
                 bases = back;
             }
-            bases_of[name] = "TCAG" + bases;
+            bases_of[name] = std::string("TCAG").append(bases);  // GCC 12 warns wrongly about "TCAG" + ...
         }
     }
     std::size_t most_flows = 4;
@@ -113,7 +113,7 @@ std::vector<bam_read> read_bam(const std::filesystem::path& path) {
             r.cigar.append(std::to_string(length)).push_back(op);
             if (op == 'M' || op == 'I' || op == 'S' || op == '=' || op == 'X') r.query_length += length;
         }
-        if (r.cigar.empty()) r.cigar = "*";
+        if (r.cigar.empty()) r.cigar.push_back('*');  // assigning "*" makes GCC 12 warn wrongly
         const std::uint8_t* seq = bam_get_seq(b);
         for (int i = 0; i < b->core.l_qseq; ++i) r.seq.push_back(seq_nt16_str[bam_seqi(seq, i)]);
         const std::uint8_t* qual = bam_get_qual(b);
@@ -175,7 +175,7 @@ std::string tool_path(const std::string& name) {
     while (from <= dirs.size()) {
         const std::size_t colon = dirs.find(':', from);
         const std::string dir = dirs.substr(from, colon == std::string::npos ? std::string::npos : colon - from);
-        const std::string candidate = (dir.empty() ? "." : dir) + "/" + name;
+        const std::string candidate = std::string(dir.empty() ? "." : dir).append("/").append(name);
         if (::access(candidate.c_str(), X_OK) == 0) return candidate;
         if (colon == std::string::npos) break;
         from = colon + 1;

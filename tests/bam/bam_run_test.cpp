@@ -71,7 +71,9 @@ TEST(BamRealAssemblies, EachPassesSamtoolsAndPicard) {
         const std::vector<bam_read> reads = read_bam(w.dir / "asm.bam");
         ASSERT_FALSE(reads.empty());
         for (const bam_read& r : reads) {
-            if ((r.flag & 4) == 0) EXPECT_EQ(r.query_length, static_cast<std::int64_t>(r.seq.size())) << r.name << " " << r.cigar;
+            if ((r.flag & 4) == 0) {
+                EXPECT_EQ(r.query_length, static_cast<std::int64_t>(r.seq.size())) << r.name << " " << r.cigar;
+            }
         }
 
         // calmd changes no record.
