@@ -1,5 +1,8 @@
 #include "bam/bam_output.h"
 
+#include <htslib/bgzf.h>
+#include <htslib/hfile.h>
+
 #include <cerrno>
 #include <cstring>
 
@@ -7,6 +10,9 @@
 
 namespace pelkrin::bam {
 namespace {
+
+// The compressed stream a BAM file is written through.
+BGZF* stream_of(htsFile* file) { return file != nullptr && file->is_bgzf ? file->fp.bgzf : nullptr; }
 
 [[noreturn]] void cannot(const char* what, const std::string& name) {
     const int error = errno;
@@ -37,15 +43,30 @@ bam_output::~bam_output() {
 void bam_output::cannot_write() { cannot("write file", shown_name_); }
 
 void bam_output::write(const bam1_t* record) {
-    errno = 0;
-    if (sam_write1(file_, header_, record) < 0) cannot_write();
+    if (sam_write1(file_, header_, record) < 0) {
+        BGZF* bgzf = stream_of(file_);
+        const int error = bgzf != nullptr && bgzf->fp != nullptr ? herrno(bgzf->fp) : 0;
+        errno = error;
+        cannot_write();
+    }
 }
 
 void bam_output::close() {
-    errno = 0;
     htsFile* file = file_;
     file_ = nullptr;
-    if (file != nullptr && sam_close(file) < 0) cannot_write();
+    if (file == nullptr) return;
+    // The blocks still on their way are written first, so that a failure
+    // keeps the system's reason, which closing the file would lose.
+    int error = 0;
+    if (BGZF* bgzf = stream_of(file); bgzf != nullptr && bgzf_flush(bgzf) < 0) {
+        error = bgzf->fp != nullptr ? herrno(bgzf->fp) : 0;
+        if (error == 0) error = EIO;
+    }
+    if (sam_close(file) < 0 && error == 0) error = errno != 0 ? errno : EIO;
+    if (error != 0) {
+        errno = error;
+        cannot_write();
+    }
 }
 
 void index_bam(const std::string& path, const std::string& index_path, const std::string& shown_name, bool csi,
