@@ -19,6 +19,7 @@
 #include "bam/padded_reference.h"
 #include "bam/read_placement.h"
 #include "bam/read_qualities.h"
+#include "bam/record_builder.h"
 #include "bam/sff_reads.h"
 #include "common/fatal_error.h"
 #include "common/output_file.h"
@@ -96,28 +97,19 @@ references write_references(const whole_input& ace, const std::string& ace_file,
     return refs;
 }
 
-// What a run tells at its end.
-struct counts {
-    std::uint64_t reads = 0;
-    std::uint64_t unmapped = 0;
-    std::uint64_t not_in_sff = 0;
-    std::uint64_t bases_not_found = 0;
-    std::uint64_t aligned = 0;
-};
-
 // The records of one contig, built and sorted by position before they are
-// written; the buffers stay from contig to contig.
+// written; the records stay from contig to contig.
 class contig_writer {
 public:
     contig_writer(const sff_reads& sff, const std::vector<std::string>& group_ids, bam_output& out)
-        : sff_(sff), group_ids_(group_ids), out_(out) {}
+        : builder_(sff, group_ids), out_(out) {}
     ~contig_writer() {
         for (bam1_t* b : pool_) bam_destroy1(b);
     }
     contig_writer(const contig_writer&) = delete;
     contig_writer& operator=(const contig_writer&) = delete;
 
-    void write(const contig& c, std::int32_t tid, counts& n) {
+    void write(const contig& c, std::int32_t tid, record_counts& n) {
         const padded_reference ref = make_padded_reference(c.consensus);
         while (pool_.size() < c.reads.size()) {
             bam1_t* b = bam_init1();
@@ -125,7 +117,7 @@ public:
             pool_.push_back(b);
         }
         std::size_t k = 0;
-        for (const auto& [name, read] : c.reads) build(pool_[k++], name, read, ref, tid, n);
+        for (const auto& [name, read] : c.reads) builder_.build(pool_[k++], name, read, ref, tid, n);
         std::vector<std::size_t> order(k);
         std::iota(order.begin(), order.end(), std::size_t{0});
         std::stable_sort(order.begin(), order.end(),
@@ -134,50 +126,9 @@ public:
     }
 
 private:
-    void build(bam1_t* b, const std::string& name, const READ& read, const padded_reference& ref, std::int32_t tid,
-               counts& n) {
-        ++n.reads;
-        const placed_read placed = place_read(read, ref);
-        const bool complemented = read.uncomplemented == 0;
-        record_parts parts;
-        parts.name = name;
-        parts.flag = static_cast<std::uint16_t>((complemented ? BAM_FREVERSE : 0) | (placed.mapped ? 0 : BAM_FUNMAP));
-        parts.tid = tid;
-        parts.pos = tid < 0 ? -1 : placed.pos;
-        parts.mapq = placed.mapped ? 60 : 0;
-        parts.seq = placed.seq;
-        if (placed.mapped && tid >= 0) {
-            parts.cigar = &placed.cigar;
-            edits_ = edit_tags_of(placed.cigar, placed.seq, ref.bases, placed.pos);
-            parts.edits = &edits_;
-        } else {
-            ++n.unmapped;
-            parts.flag |= BAM_FUNMAP;
-            parts.mapq = 0;
-        }
-        seq_qualities q;
-        found_record record;
-        if (sff_.find(name, record)) {
-            q = qualities_of(placed.seq, complemented, record.bases());
-            if (!q.found) ++n.bases_not_found;
-            if (q.aligned) ++n.aligned;
-            record.flowgram(flowgram_);
-            parts.flowgram = flowgram_;
-            parts.read_group = group_ids_[record.file];
-            parts.quals = q.quals;
-            parts.first_flow = q.found ? q.first_flow : -1;
-        } else {
-            ++n.not_in_sff;
-        }
-        fill_record(b, parts);
-    }
-
-    const sff_reads& sff_;
-    const std::vector<std::string>& group_ids_;
+    record_builder builder_;
     bam_output& out_;
     std::vector<bam1_t*> pool_;
-    std::vector<std::uint16_t> flowgram_;
-    edit_tags edits_;
 };
 
 std::string command_line_text(const std::vector<std::string>& args) {
@@ -247,7 +198,7 @@ int run_bam(const std::vector<std::string>& args, std::ostream& out, std::ostrea
     const std::string index_temporary = staged.stage(index_name, program);
     const std::string fai_temporary = staged.stage(outputs.fai, program);
 
-    counts n;
+    record_counts n;
     {
         bam_output bam(bam_temporary, outputs.bam,
                        header_text(header_refs, groups, o.sample, command_line_text(args)), threads);

@@ -43,6 +43,23 @@ sff_reads::sff_reads(const std::vector<std::string>& names, std::ostream& err) {
         }
         files_.push_back(std::move(f));
     }
+    index_names();
+}
+
+sff_reads::sff_reads(const std::string& name, std::span<const std::uint8_t> bytes) {
+    sff_file f;
+    f.name = name;
+    f.input = std::make_unique<whole_input>(name, bytes);
+    f.layout = scan_sff(f.input->bytes(), f.name, nullptr, program);
+    if (!f.layout.stopped.empty()) {
+        throw fatal_error(1, file_label(program, f.name) + ": byte " + std::to_string(f.layout.stopped_at) + ": " +
+                                 f.layout.stopped + "\n");
+    }
+    files_.push_back(std::move(f));
+    index_names();
+}
+
+void sff_reads::index_names() {
     std::size_t total = 0;
     for (const sff_file& f : files_) total += f.layout.records.size();
     names_.reserve(total);

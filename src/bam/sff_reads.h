@@ -4,6 +4,7 @@
 // Pelkrin-prep takes it.
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -40,6 +41,8 @@ public:
     // Opens and walks every file; throws fatal_error (status 1) naming the
     // file and the byte where one cannot be read whole. `err` takes progress.
     sff_reads(const std::vector<std::string>& names, std::ostream& err);
+    // One file's bytes, in memory (they must outlive this), as the file named `name`.
+    sff_reads(const std::string& name, std::span<const std::uint8_t> bytes);
 
     const std::vector<sff_file>& files() const { return files_; }
     // The record of the read of that name, if any file holds it whole.
@@ -47,6 +50,9 @@ public:
     std::size_t reads() const { return records_.size(); }
 
 private:
+    // Indexes every read of every file by name.
+    void index_names();
+
     struct record_ref {
         std::uint32_t file;
         std::uint32_t record;
