@@ -200,8 +200,8 @@ int run_bam(const std::vector<std::string>& args, std::ostream& out, std::ostrea
 
     record_counts n;
     {
-        bam_output bam(bam_temporary, outputs.bam,
-                       header_text(header_refs, groups, o.sample, command_line_text(args)), threads);
+        bam_output bam(bam_temporary, index_temporary, outputs.bam,
+                       header_text(header_refs, groups, o.sample, command_line_text(args)), csi, threads);
         contig_writer writer(sff, group_ids, bam);
         ace_options options;
         options.program = program;
@@ -213,7 +213,6 @@ int run_bam(const std::vector<std::string>& args, std::ostream& out, std::ostrea
         read_ace(ace.bytes(), o.ace_file, options);
         bam.close();
     }
-    index_bam(bam_temporary, index_temporary, outputs.bam, csi, threads);
     errno = 0;
     if (fai_build3(fasta_temporary.c_str(), fai_temporary.c_str(), nullptr) != 0) {
         fail("can not write file " + outputs.fai + (errno != 0 ? std::string(": ") + std::strerror(errno) : ""));

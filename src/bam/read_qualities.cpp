@@ -27,8 +27,13 @@ std::string on_strand(std::string_view seq, bool reverse) {
     return s;
 }
 
+// A BAM file's qualities go up to 93 (SAM writes each as a character up to
+// '~'); a damaged record's higher scores are taken as 93.
+constexpr std::uint8_t highest_quality = 93;
+
 std::uint8_t quality_at(const record_bases& r, std::int64_t k) {
-    return k >= 0 && static_cast<std::size_t>(k) < r.quals.size() ? r.quals[static_cast<std::size_t>(k)] : 0;
+    if (k < 0 || static_cast<std::size_t>(k) >= r.quals.size()) return 0;
+    return std::min(r.quals[static_cast<std::size_t>(k)], highest_quality);
 }
 
 // The 0-based flow that called record base k: the flow steps up to it, less one.

@@ -4,6 +4,7 @@
 //
 // The read's bases are looked for in the record's bases as they stand, on
 // either strand (the AF line's direction first) and whatever their case.
+// Scores above 93, which SAM cannot write, are taken as 93.
 // Where an assembler edited bases so that they are not found, the qualities
 // follow an alignment of the read's bases to the record's (the whole read to
 // a stretch of the record): a base aligned to a record base takes its
