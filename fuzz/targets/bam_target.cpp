@@ -2,6 +2,7 @@
 
 #include <htslib/sam.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <span>
@@ -17,33 +18,38 @@
 namespace pelkrin::fuzz {
 namespace {
 
-void require(bool holds) {
-    if (!holds) std::abort();
+// Says which rule a record broke before the fuzzer stops on it.
+void require(bool holds, const char* rule) {
+    if (holds) return;
+    std::fprintf(stderr, "bam_records: a record breaks: %s\n", rule);
+    std::abort();
 }
 
 // The record as samtools would judge it.
 void check_record(const bam1_t* b, const bam::padded_reference& ref) {
-    require(b->core.l_qseq >= 0);
+    require(b->core.l_qseq >= 0, "SEQ's length");
     const std::uint8_t* qual = bam_get_qual(b);
     if (b->core.l_qseq > 0 && qual[0] != 0xff) {
-        for (int i = 0; i < b->core.l_qseq; ++i) require(qual[i] <= 93);
+        for (int i = 0; i < b->core.l_qseq; ++i) require(qual[i] <= 93, "a quality above 93");
     }
     if ((b->core.flag & BAM_FUNMAP) != 0) {
-        require(b->core.n_cigar == 0);
+        require(b->core.n_cigar == 0, "an unmapped read with a CIGAR");
         return;
     }
     const std::uint32_t* cigar = bam_get_cigar(b);
-    require(bam_cigar2qlen(b->core.n_cigar, cigar) == b->core.l_qseq);
-    require(b->core.pos >= 0);
-    require(b->core.pos + bam_cigar2rlen(b->core.n_cigar, cigar) <= static_cast<std::int64_t>(ref.bases.size()));
+    require(bam_cigar2qlen(b->core.n_cigar, cigar) == b->core.l_qseq, "the CIGAR does not span SEQ");
+    require(b->core.pos >= 0, "a position before the reference");
+    require(b->core.pos + bam_cigar2rlen(b->core.n_cigar, cigar) <= static_cast<std::int64_t>(ref.bases.size()),
+            "the alignment runs past the reference");
     // Clips only at the ends, M next to them.
     std::uint32_t first = 0;
     std::uint32_t last = b->core.n_cigar;
     while (first < last && bam_cigar_op(cigar[first]) == BAM_CSOFT_CLIP) ++first;
     while (last > first && bam_cigar_op(cigar[last - 1]) == BAM_CSOFT_CLIP) --last;
-    require(first < last);
-    require(bam_cigar_op(cigar[first]) == BAM_CMATCH && bam_cigar_op(cigar[last - 1]) == BAM_CMATCH);
-    for (std::uint32_t k = first; k < last; ++k) require(bam_cigar_op(cigar[k]) != BAM_CSOFT_CLIP);
+    require(first < last, "nothing but clips");
+    require(bam_cigar_op(cigar[first]) == BAM_CMATCH && bam_cigar_op(cigar[last - 1]) == BAM_CMATCH,
+            "the alignment does not begin and end with M");
+    for (std::uint32_t k = first; k < last; ++k) require(bam_cigar_op(cigar[k]) != BAM_CSOFT_CLIP, "a clip inside");
     // NM and MD are those of the record's own bases.
     std::string seq;
     for (int i = 0; i < b->core.l_qseq; ++i) seq.push_back(seq_nt16_str[bam_seqi(bam_get_seq(b), i)]);
@@ -54,8 +60,8 @@ void check_record(const bam1_t* b, const bam::padded_reference& ref) {
     const bam::edit_tags again = bam::edit_tags_of(ops, seq, ref.bases, b->core.pos);
     const std::uint8_t* md = bam_aux_get(b, "MD");
     const std::uint8_t* nm = bam_aux_get(b, "NM");
-    require(md != nullptr && nm != nullptr);
-    require(again.md == bam_aux2Z(md) && again.nm == bam_aux2i(nm));
+    require(md != nullptr && nm != nullptr, "no NM or MD");
+    require(again.md == bam_aux2Z(md) && again.nm == bam_aux2i(nm), "NM or MD not as calmd makes them");
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 namespace pelkrin::bam {
 
 struct padded_reference {
-    std::string bases;  // the consensus without its pads ('*'), as the file gives the rest
+    std::string bases;  // the consensus without its pads ('*'), as the file gives the rest; a byte no letter is N
     // For each padded position (0-based), the bases before it: the unpadded
     // position of that column when it holds a base, and of the next base when
     // it holds a pad.

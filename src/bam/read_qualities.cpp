@@ -1,14 +1,14 @@
 #include "bam/read_qualities.h"
 
 #include <algorithm>
-#include <cctype>
 #include <limits>
 #include <string>
 
 namespace pelkrin::bam {
 namespace {
 
-char upper(char c) { return static_cast<char>(std::toupper(static_cast<unsigned char>(c))); }
+// ASCII capitals, without the locale's toupper (a call a base).
+char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; }
 
 char complement(char c) {
     switch (upper(c)) {
@@ -116,12 +116,42 @@ fit align(const std::string& query, const std::string& bases) {
     return f;
 }
 
+// The read's bases on the record's strand stand at `at` of the record, case
+// ignored: compared in place, with no copy of either.
+bool stands_at(std::string_view seq, bool reverse, const record_bases& record, std::size_t at) {
+    const std::size_t n = seq.size();
+    if (at + n > record.bases.size()) return false;
+    const char* bases = record.bases.data() + at;
+    for (std::size_t j = 0; j < n; ++j) {
+        const char want = reverse ? complement(seq[n - 1 - j]) : upper(seq[j]);
+        if (upper(bases[j]) != want) return false;
+    }
+    return true;
+}
+
+// The qualities of SEQ's bases standing at `at` of the record.
+void take_qualities(std::size_t n, bool reverse, const record_bases& record, std::int64_t at, seq_qualities& result) {
+    result.found = true;
+    result.reverse = reverse;
+    result.quals.resize(n);
+    for (std::size_t j = 0; j < n; ++j) {
+        result.quals[j] = quality_at(record, at + static_cast<std::int64_t>(reverse ? n - 1 - j : j));
+    }
+    result.first_flow = flow_of(record, at);
+}
+
 }  // namespace
 
 seq_qualities qualities_of(std::string_view seq, bool complemented, const record_bases& record,
                            std::uint64_t max_cells) {
     seq_qualities result;
     if (seq.empty() || record.bases.empty()) return result;
+    // Most reads: the record's kept bases, on the AF line's strand.
+    const std::size_t kept = record.clip_start > 0 ? record.clip_start - 1u : 0u;
+    if (stands_at(seq, complemented, record, kept)) {
+        take_qualities(seq.size(), complemented, record, static_cast<std::int64_t>(kept), result);
+        return result;
+    }
     std::string bases(record.bases.size(), 'N');
     std::transform(record.bases.begin(), record.bases.end(), bases.begin(), upper);
     const std::size_t n = seq.size();
@@ -130,13 +160,7 @@ seq_qualities qualities_of(std::string_view seq, bool complemented, const record
     for (const bool reverse : {complemented, !complemented}) {
         const std::int64_t at = find_in(bases, on_strand(seq, reverse), record.clip_start);
         if (at < 0) continue;
-        result.found = true;
-        result.reverse = reverse;
-        result.quals.resize(n);
-        for (std::size_t j = 0; j < n; ++j) {
-            result.quals[j] = quality_at(record, at + static_cast<std::int64_t>(reverse ? n - 1 - j : j));
-        }
-        result.first_flow = flow_of(record, at);
+        take_qualities(n, reverse, record, at, result);
         return result;
     }
 
