@@ -57,52 +57,71 @@ std::int64_t find_in(const std::string& bases, const std::string& want, std::uin
 }
 
 // An alignment of the whole of `query` to a stretch of `bases` (unit costs;
-// the record's bases before and after the stretch are free). For each base
-// of the query, the record base it stands over, or -1; and the cost.
+// the record's bases before and after the stretch are free), in capitals
+// both. Only the diagonals near `start`, where the record's kept bases
+// begin, are searched: an assembler's edits move a read's bases a few
+// places, and bases the record lacks at the read's end move them by their
+// number. For each base of the query, the record base it stands over, or
+// -1; and the cost.
 struct fit {
     std::vector<std::int64_t> over;
     std::uint64_t cost = std::numeric_limits<std::uint64_t>::max();
 };
 
-fit align(const std::string& query, const std::string& bases) {
-    const std::size_t n = query.size();
-    const std::size_t m = bases.size();
+fit align(const std::string& query, const std::string& bases, std::size_t start) {
+    constexpr std::int64_t band = 64;
+    constexpr std::uint32_t far = std::numeric_limits<std::uint32_t>::max() / 2;
+    const auto n = static_cast<std::int64_t>(query.size());
+    const auto m = static_cast<std::int64_t>(bases.size());
+    const auto s = static_cast<std::int64_t>(std::min<std::size_t>(start, bases.size()));
+    // Diagonals j - i from `low` to `high`.
+    const std::int64_t lacking = std::max<std::int64_t>(0, n - (m - s));
+    const std::int64_t low = s - band - lacking;
+    const std::int64_t high = s + band;
+    const auto width = static_cast<std::size_t>(m + 1);
     // 0: diagonal, 1: a query base over nothing, 2: a record base passed over.
-    std::vector<std::uint8_t> from((n + 1) * (m + 1), 0);
-    std::vector<std::uint32_t> previous(m + 1, 0);  // a row of costs; row 0 is free everywhere
-    std::vector<std::uint32_t> current(m + 1, 0);
-    for (std::size_t i = 1; i <= n; ++i) {
-        current[0] = static_cast<std::uint32_t>(i);
-        from[i * (m + 1)] = 1;
-        for (std::size_t j = 1; j <= m; ++j) {
-            std::uint32_t best = previous[j - 1] + (query[i - 1] == upper(bases[j - 1]) ? 0u : 1u);
+    std::vector<std::uint8_t> from(static_cast<std::size_t>(n + 1) * width, 1);
+    std::vector<std::uint32_t> previous(width, far);
+    std::vector<std::uint32_t> current(width, far);
+    for (std::int64_t j = std::max<std::int64_t>(0, low); j <= std::min(m, high); ++j) previous[static_cast<std::size_t>(j)] = 0;
+    for (std::int64_t i = 1; i <= n; ++i) {
+        const std::int64_t first = std::max<std::int64_t>(0, i + low);
+        const std::int64_t last = std::min(m, i + high);
+        std::fill(current.begin(), current.end(), far);
+        if (first == 0) current[0] = static_cast<std::uint32_t>(i);
+        const char q = query[static_cast<std::size_t>(i - 1)];
+        std::uint8_t* row = from.data() + static_cast<std::size_t>(i) * width;
+        for (std::int64_t j = std::max<std::int64_t>(1, first); j <= last; ++j) {
+            const auto k = static_cast<std::size_t>(j);
+            std::uint32_t best = previous[k - 1] + (q == bases[k - 1] ? 0u : 1u);
             std::uint8_t way = 0;
-            if (previous[j] + 1 < best) {
-                best = previous[j] + 1;
+            if (previous[k] + 1 < best) {
+                best = previous[k] + 1;
                 way = 1;
             }
-            if (current[j - 1] + 1 < best) {
-                best = current[j - 1] + 1;
+            if (current[k - 1] + 1 < best) {
+                best = current[k - 1] + 1;
                 way = 2;
             }
-            current[j] = best;
-            from[i * (m + 1) + j] = way;
+            current[k] = best;
+            row[k] = way;
         }
         std::swap(previous, current);
     }
     fit f;
     std::size_t end = 0;
-    for (std::size_t j = 0; j <= m; ++j) {
+    for (std::size_t j = 0; j < width; ++j) {
         if (previous[j] < f.cost) {
             f.cost = previous[j];
             end = j;
         }
     }
-    f.over.assign(n, -1);
-    std::size_t i = n;
+    f.over.assign(static_cast<std::size_t>(n), -1);
+    if (f.cost >= far) return f;
+    std::size_t i = static_cast<std::size_t>(n);
     std::size_t j = end;
     while (i > 0) {
-        const std::uint8_t way = from[i * (m + 1) + j];
+        const std::uint8_t way = from[i * width + j];
         if (way == 0 && j > 0) {
             f.over[i - 1] = static_cast<std::int64_t>(j - 1);
             --i;
@@ -169,7 +188,7 @@ seq_qualities qualities_of(std::string_view seq, bool complemented, const record
     fit best;
     bool best_reverse = complemented;
     for (const bool reverse : {complemented, !complemented}) {
-        fit f = align(on_strand(seq, reverse), bases);
+        fit f = align(on_strand(seq, reverse), bases, record.clip_start > 0 ? record.clip_start - 1u : 0u);
         if (f.cost < best.cost) {
             best = std::move(f);
             best_reverse = reverse;
