@@ -6,15 +6,18 @@
 #   scripts/install-deps.sh --tests   that, and everything the tests use
 set -euo pipefail
 
-# zlib (zlib1g-dev) for Pelkrin-prep's gzip input: only Pelkrin-prep links it.
-packages=(cmake g++ ninja-build make zlib1g-dev)
+# zlib (zlib1g-dev) for the gzip input of Pelkrin-prep and Pelkrin-bam, and
+# htslib (libhts-dev, with pkg-config to find it) for Pelkrin-bam's BAM files:
+# Pelkrin and Pelkrin-view link neither.
+packages=(cmake g++ ninja-build make zlib1g-dev libhts-dev pkg-config)
 if [[ "${1:-}" == "--tests" ]]; then
   # GoogleTest; clang and its libFuzzer runtime for the fuzz targets; a browser
   # and a fixed-width font for the test that renders the HTML page; valgrind;
   # GNU time for the fuzzers' CPU figures; pkg-config for the test that builds
   # a program against the installed library through pelkrin.pc; git for the
-  # date of the source in the man pages
-  packages+=(libgtest-dev clang libclang-rt-14-dev chromium fonts-dejavu-core valgrind time pkg-config git)
+  # date of the source in the man pages; samtools (with ace2sam) and Picard to
+  # check Pelkrin-bam's files
+  packages+=(libgtest-dev clang libclang-rt-14-dev chromium fonts-dejavu-core valgrind time git samtools picard-tools)
 fi
 
 missing=()

@@ -342,7 +342,7 @@ private:
         p.seq.clear();
         p.padded_length = 0;
         scan.number(p.len);
-        if (!block(options_.sequences ? &p.seq : nullptr, &p.padded_length)) {
+        if (!block(options_.sequences && options_.reads_bases ? &p.seq : nullptr, &p.padded_length)) {
             cut(contig_name, co_number);
             return false;
         }

@@ -99,6 +99,8 @@ struct ace_options {
     // the file's order, with its consensus and reads' bases when `sequences`.
     std::function<void(contig&)> each_contig;
     bool sequences = true;
+    // With `sequences`: the reads' bases too; false gives the consensus alone.
+    bool reads_bases = true;
     progress* shown = nullptr;
 };
 

@@ -1,10 +1,17 @@
+# The programs this build makes (Pelkrin-bam only with htslib).
+set(PELKRIN_BUILT_PROGRAMS Pelkrin Pelkrin-view Pelkrin-prep)
+if(TARGET Pelkrin-bam)
+  list(APPEND PELKRIN_BUILT_PROGRAMS Pelkrin-bam)
+endif()
+string(REPLACE ";" " " PELKRIN_BUILT_PROGRAM_WORDS "${PELKRIN_BUILT_PROGRAMS}")
+
 # cmake --install puts the programs in bin/.
 add_test(NAME Install.ProgramsGoToBin
-  COMMAND sh -c "rm -rf '${CMAKE_CURRENT_BINARY_DIR}/install-check' && '${CMAKE_COMMAND}' --install '${CMAKE_BINARY_DIR}' --prefix '${CMAKE_CURRENT_BINARY_DIR}/install-check' >/dev/null && test -x '${CMAKE_CURRENT_BINARY_DIR}/install-check/bin/Pelkrin' && test -x '${CMAKE_CURRENT_BINARY_DIR}/install-check/bin/Pelkrin-view' && test -x '${CMAKE_CURRENT_BINARY_DIR}/install-check/bin/Pelkrin-prep'")
+  COMMAND sh -c "rm -rf '${CMAKE_CURRENT_BINARY_DIR}/install-check' && '${CMAKE_COMMAND}' --install '${CMAKE_BINARY_DIR}' --prefix '${CMAKE_CURRENT_BINARY_DIR}/install-check' >/dev/null && for program in ${PELKRIN_BUILT_PROGRAM_WORDS}; do test -x '${CMAKE_CURRENT_BINARY_DIR}/install-check/bin/'$program || exit 1; done")
 
 # The installed man pages name the project's version in their headings.
 add_test(NAME Install.ManPagesCarryTheVersion
-  COMMAND sh -c "rm -rf '${CMAKE_CURRENT_BINARY_DIR}/install-man' && '${CMAKE_COMMAND}' --install '${CMAKE_BINARY_DIR}' --prefix '${CMAKE_CURRENT_BINARY_DIR}/install-man' >/dev/null && for page in Pelkrin.1 Pelkrin-view.1 Pelkrin-prep.1; do head -n 1 '${CMAKE_CURRENT_BINARY_DIR}/install-man/share/man/man1/'$page | grep -qF '\"Pelkrin ${PROJECT_VERSION}\"' || exit 1; done")
+  COMMAND sh -c "rm -rf '${CMAKE_CURRENT_BINARY_DIR}/install-man' && '${CMAKE_COMMAND}' --install '${CMAKE_BINARY_DIR}' --prefix '${CMAKE_CURRENT_BINARY_DIR}/install-man' >/dev/null && for program in ${PELKRIN_BUILT_PROGRAM_WORDS}; do page=$program.1; head -n 1 '${CMAKE_CURRENT_BINARY_DIR}/install-man/share/man/man1/'$page | grep -qF '\"Pelkrin ${PROJECT_VERSION}\"' || exit 1; done")
 
 # And the date of the source.
 add_test(NAME Install.ManPagesCarryTheDateOfTheSource
