@@ -4,6 +4,7 @@
 #
 #   scripts/install-deps.sh           building Pelkrin, Pelkrin-view and Pelkrin-prep
 #   scripts/install-deps.sh --tests   that, and everything the tests use
+#   scripts/install-deps.sh --igv     that, and IGV on a virtual screen (the long tier)
 set -euo pipefail
 
 # zlib (zlib1g-dev) for the gzip input of Pelkrin-prep and Pelkrin-bam, and
@@ -18,6 +19,11 @@ if [[ "${1:-}" == "--tests" ]]; then
   # date of the source in the man pages; samtools (with ace2sam) and Picard to
   # check Pelkrin-bam's files
   packages+=(libgtest-dev clang libclang-rt-14-dev chromium fonts-dejavu-core valgrind time git samtools picard-tools)
+fi
+
+if [[ "${1:-}" == "--igv" ]]; then
+  # IGV on a virtual screen, for the long tier's look at Pelkrin-bam's files
+  packages+=(igv xvfb xauth)
 fi
 
 missing=()

@@ -58,6 +58,14 @@ if [[ $long == 1 ]]; then
     --gtest_filter='CliTexts*:RunWorkedExample*:OutputFilesEdge*:RunEdge*:RunMessages*:RealAssemblies*:ViewTool*'
 fi
 
+if [[ $long == 1 && -x out/release/Pelkrin-bam ]]; then
+  stage "IGV shows Pelkrin-bam's files"
+  igv=$(mktemp -d)
+  out/release/Pelkrin-bam -o "$igv/example" example/example.ace example/example.sff >/dev/null
+  scripts/igv-snapshot.sh "$igv/example.fa" "$igv/example.bam" Contig1:40-140 "$igv/example.png"
+  rm -rf "$igv"
+fi
+
 stage "fuzz targets, ${fuzz_seconds} s each"
 fuzz/run-fuzzers.sh "$fuzz_seconds"
 stage ""
