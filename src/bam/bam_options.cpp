@@ -4,6 +4,8 @@
 #include <cctype>
 #include <charconv>
 
+#include "common/argument_walk.h"
+
 namespace pelkrin::bam {
 namespace {
 
@@ -15,7 +17,7 @@ bool ends_with_any_case(const std::string& text, const std::string& end) {
 
 parsed_bam_options usage_error(std::string what) {
     parsed_bam_options p;
-    p.command = bam_command::usage_error;
+    p.command = command_kind::usage_error;
     p.error = std::move(what);
     return p;
 }
@@ -37,24 +39,15 @@ std::string last_component(const std::string& prefix) {
 parsed_bam_options parse_bam_options(const std::vector<std::string>& args) {
     parsed_bam_options parsed;
     bam_options& o = parsed.options;
-    std::vector<std::string> names;
-    bool options_ended = false;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        if (options_ended || arg.size() < 2 || arg[0] != '-') {
-            names.push_back(arg);
-            continue;
-        }
-        if (arg == "--") {
-            options_ended = true;
-            continue;
-        }
+    argument_walk walk(args);
+    std::string arg;
+    while (walk.next_option(arg)) {
         if (arg == "-h" || arg == "--help") {
-            parsed.command = bam_command::help;
+            parsed.command = command_kind::help;
             return parsed;
         }
         if (arg == "--version") {
-            parsed.command = bam_command::version;
+            parsed.command = command_kind::version;
             return parsed;
         }
         // An option's value: "--threads 4", "--threads=4", "-o out" or "-oout".
@@ -73,10 +66,7 @@ parsed_bam_options parse_bam_options(const std::vector<std::string>& args) {
             has_value = true;
         }
         if (name != "-o" && name != "--sample" && name != "--threads") return usage_error("unknown option " + name);
-        if (!has_value) {
-            if (i + 1 >= args.size()) return usage_error("option " + name + " needs a value");
-            value = args[++i];
-        }
+        if (!has_value && !walk.next_value(value)) return usage_error("option " + name + " needs a value");
         if (name == "-o") {
             if (value.empty()) return usage_error("-o needs a prefix");
             o.prefix = value;
@@ -91,6 +81,7 @@ parsed_bam_options parse_bam_options(const std::vector<std::string>& args) {
             o.threads = n;
         }
     }
+    const std::vector<std::string>& names = walk.names();
     if (names.size() < 2) {
         return usage_error(names.empty() ? "missing arguments aceFile and sffFile" : "missing argument sffFile");
     }

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "common/command_answer.h"
+
 namespace pelkrin::bam {
 
 struct bam_options {
@@ -13,10 +15,8 @@ struct bam_options {
     std::vector<std::string> sff_files;
 };
 
-enum class bam_command { run, help, version, usage_error };
-
 struct parsed_bam_options {
-    bam_command command = bam_command::run;
+    command_kind command = command_kind::run;
     bam_options options;
     std::string error;  // what is wrong, for a usage error
 };

@@ -26,7 +26,7 @@
 #include "common/progress.h"
 #include "common/same_file.h"
 #include "common/staged_files.h"
-#include "common/version_line.h"
+#include "common/command_answer.h"
 #include "lenient/ace_layout.h"
 #include "lenient/file_label.h"
 #include "lenient/whole_input.h"
@@ -143,17 +143,8 @@ int processors() { return static_cast<int>(std::max(1u, std::thread::hardware_co
 
 int run_bam(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
     const parsed_bam_options parsed = parse_bam_options(args);
-    if (parsed.command == bam_command::help) {
-        out << bam_usage() << std::flush;
-        return 0;
-    }
-    if (parsed.command == bam_command::version) {
-        out << version_line(program) << std::flush;
-        return 0;
-    }
-    if (parsed.command == bam_command::usage_error) {
-        err << program << ": " << parsed.error << '\n' << bam_usage() << std::flush;
-        return 2;
+    if (const auto answered = answer_command(parsed.command, program, bam_usage(), parsed.error, out, err)) {
+        return *answered;
     }
     const bam_options& o = parsed.options;
     const output_names outputs(o.prefix);

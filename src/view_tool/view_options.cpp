@@ -3,6 +3,7 @@
 #include <charconv>
 #include <limits>
 
+#include "common/argument_walk.h"
 #include "view_tool/view_modes.h"
 
 namespace pelkrin {
@@ -48,7 +49,7 @@ std::string set_value(view_options& o, char letter, const std::string& value) {
 
 parsed_view_options usage_error(std::string what) {
     parsed_view_options p;
-    p.command = view_command::usage_error;
+    p.command = command_kind::usage_error;
     p.error = std::move(what);
     return p;
 }
@@ -70,25 +71,15 @@ parsed_view_options parse_view_options(const std::vector<std::string>& args) {
     parsed_view_options parsed;
     view_options& o = parsed.options;
     o.mode = std::string(default_view_mode().name);
-    std::vector<std::string> names;
-    bool options_ended = false;
-
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        if (options_ended || arg.size() < 2 || arg[0] != '-') {
-            names.push_back(arg);
-            continue;
-        }
-        if (arg == "--") {
-            options_ended = true;
-            continue;
-        }
+    argument_walk walk(args);
+    std::string arg;
+    while (walk.next_option(arg)) {
         if (arg == "--help") {
-            parsed.command = view_command::help;
+            parsed.command = command_kind::help;
             return parsed;
         }
         if (arg == "--version") {
-            parsed.command = view_command::version;
+            parsed.command = command_kind::version;
             return parsed;
         }
         if (arg[1] == '-') return usage_error("unknown option " + arg);
@@ -97,7 +88,7 @@ parsed_view_options parse_view_options(const std::vector<std::string>& args) {
         for (std::size_t k = 1; k < arg.size(); ++k) {
             const char letter = arg[k];
             if (letter == 'h') {
-                parsed.command = view_command::help;
+                parsed.command = command_kind::help;
                 return parsed;
             }
             if (letter == 'p') {
@@ -108,15 +99,14 @@ parsed_view_options parse_view_options(const std::vector<std::string>& args) {
             std::string value;
             if (k + 1 < arg.size()) {
                 value = arg.substr(k + 1);
-            } else if (i + 1 < args.size()) {
-                value = args[++i];
-            } else {
+            } else if (!walk.next_value(value)) {
                 return usage_error(std::string("option -") + letter + " needs a value");
             }
             if (std::string wrong = set_value(o, letter, value); !wrong.empty()) return usage_error(wrong);
             break;
         }
     }
+    const std::vector<std::string>& names = walk.names();
 
     if (o.mode == "report") {
         if (names.empty()) return usage_error("missing argument aceFile");

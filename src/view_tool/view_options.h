@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "common/command_answer.h"
+
 namespace pelkrin {
 
 struct view_options {
@@ -20,10 +22,8 @@ struct view_options {
     std::string contig_name;  // empty for the report
 };
 
-enum class view_command { run, help, version, usage_error };
-
 struct parsed_view_options {
-    view_command command = view_command::run;
+    command_kind command = command_kind::run;
     view_options options;
     std::string error;  // what is wrong, for a usage error
 };

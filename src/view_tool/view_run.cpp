@@ -9,7 +9,6 @@
 #include "ace/ace_reader.h"
 #include "common/fatal_error.h"
 #include "common/same_file.h"
-#include "common/version_line.h"
 #include "view_tool/colour_file.h"
 #include "view_tool/html_page.h"
 #include "view_tool/report/report_over_input.h"
@@ -57,17 +56,8 @@ bool write_read_list(std::ofstream& file, const std::vector<std::string>& names)
 
 int run_view(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
     const parsed_view_options parsed = parse_view_options(args);
-    if (parsed.command == view_command::help) {
-        out << view_usage() << std::flush;
-        return 0;
-    }
-    if (parsed.command == view_command::version) {
-        out << version_line("Pelkrin-view") << std::flush;
-        return 0;
-    }
-    if (parsed.command == view_command::usage_error) {
-        err << prefix << parsed.error << '\n' << view_usage() << std::flush;
-        return 2;
+    if (const auto answered = answer_command(parsed.command, "Pelkrin-view", view_usage(), parsed.error, out, err)) {
+        return *answered;
     }
     const view_options& o = parsed.options;
     // The options hold only names that the table knows.

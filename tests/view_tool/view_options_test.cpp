@@ -10,7 +10,7 @@ parsed_view_options parse(std::vector<std::string> args) { return parse_view_opt
 
 TEST(ViewOptions, DefaultsWithTheTwoNames) {
     const auto p = parse({"a.ace", "Contig1"});
-    ASSERT_EQ(p.command, view_command::run);
+    ASSERT_EQ(p.command, command_kind::run);
     EXPECT_EQ(p.options.mode, "align");
     EXPECT_EQ(p.options.start, 1);
     EXPECT_FALSE(p.options.width);
@@ -24,7 +24,7 @@ TEST(ViewOptions, DefaultsWithTheTwoNames) {
 TEST(ViewOptions, EveryOptionWithItsValue) {
     const auto p = parse({"-m", "flow-html", "-s", "5", "-w", "20", "-c", "col.txt", "-r", "reads.txt", "-p",
                           "x.ace", "C2"});
-    ASSERT_EQ(p.command, view_command::run);
+    ASSERT_EQ(p.command, command_kind::run);
     EXPECT_EQ(p.options.mode, "flow-html");
     EXPECT_EQ(p.options.start, 5);
     EXPECT_EQ(p.options.width, 20);
@@ -35,7 +35,7 @@ TEST(ViewOptions, EveryOptionWithItsValue) {
 
 TEST(ViewOptions, ValuesJoinedToTheirLetterAndOptionsAfterTheNames) {
     const auto p = parse({"x.ace", "-mseq-table", "C2", "-ps7"});
-    ASSERT_EQ(p.command, view_command::run);
+    ASSERT_EQ(p.command, command_kind::run);
     EXPECT_EQ(p.options.mode, "seq-table");
     EXPECT_EQ(p.options.start, 7);
     EXPECT_TRUE(p.options.page);
@@ -44,7 +44,7 @@ TEST(ViewOptions, ValuesJoinedToTheirLetterAndOptionsAfterTheNames) {
 
 TEST(ViewOptions, DoubleDashEndsTheOptions) {
     const auto p = parse({"--", "-odd.ace", "-p"});
-    ASSERT_EQ(p.command, view_command::run);
+    ASSERT_EQ(p.command, command_kind::run);
     EXPECT_EQ(p.options.ace_file, "-odd.ace");
     EXPECT_EQ(p.options.contig_name, "-p");
     EXPECT_FALSE(p.options.page);
@@ -52,20 +52,20 @@ TEST(ViewOptions, DoubleDashEndsTheOptions) {
 
 TEST(ViewOptions, LoneDashIsAName) {
     const auto p = parse({"-", "C"});
-    ASSERT_EQ(p.command, view_command::run);
+    ASSERT_EQ(p.command, command_kind::run);
     EXPECT_EQ(p.options.ace_file, "-");
 }
 
 TEST(ViewOptions, HelpAnswersAtOnce) {
-    EXPECT_EQ(parse({"-h"}).command, view_command::help);
-    EXPECT_EQ(parse({"--help"}).command, view_command::help);
-    EXPECT_EQ(parse({"a.ace", "-h", "extra", "more"}).command, view_command::help);
-    EXPECT_EQ(parse({"-ph"}).command, view_command::help);
+    EXPECT_EQ(parse({"-h"}).command, command_kind::help);
+    EXPECT_EQ(parse({"--help"}).command, command_kind::help);
+    EXPECT_EQ(parse({"a.ace", "-h", "extra", "more"}).command, command_kind::help);
+    EXPECT_EQ(parse({"-ph"}).command, command_kind::help);
 }
 
 TEST(ViewOptions, FirstProblemMetIsReported) {
     auto p = parse({"-x", "-h"});
-    EXPECT_EQ(p.command, view_command::usage_error);
+    EXPECT_EQ(p.command, command_kind::usage_error);
     EXPECT_EQ(p.error, "unknown option -x");
     p = parse({"-s", "0", "-m", "bad", "a", "b"});
     EXPECT_EQ(p.error, "START must be an integer from 1 to 2147483647: 0");
@@ -80,7 +80,7 @@ TEST(ViewOptions, UnknownOptions) {
 
 TEST(ViewOptions, OptionWithoutItsValue) {
     const auto p = parse({"a", "b", "-w"});
-    EXPECT_EQ(p.command, view_command::usage_error);
+    EXPECT_EQ(p.command, command_kind::usage_error);
     EXPECT_EQ(p.error, "option -w needs a value");
 }
 
@@ -107,8 +107,8 @@ TEST(ViewOptions, StartAndWidthAreDecimalDigitsFromOne) {
 }
 
 TEST(ViewOptions, SpanMustEndByTheLargestPosition) {
-    EXPECT_EQ(parse({"-s", "2147483647", "-w", "1", "a", "b"}).command, view_command::run);
-    EXPECT_EQ(parse({"-s", "2147483000", "-w", "648", "a", "b"}).command, view_command::run);
+    EXPECT_EQ(parse({"-s", "2147483647", "-w", "1", "a", "b"}).command, command_kind::run);
+    EXPECT_EQ(parse({"-s", "2147483000", "-w", "648", "a", "b"}).command, command_kind::run);
     EXPECT_EQ(parse({"-s", "2147483000", "-w", "649", "a", "b"}).error,
               "START + WIDTH - 1 must not exceed 2147483647");
 }

@@ -1,0 +1,20 @@
+#pragma once
+// What a program's command line asks for, and the answer to all but a run:
+// the usage text, the version line, or what is wrong followed by the usage.
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+namespace pelkrin {
+
+enum class command_kind { run, help, version, usage_error };
+
+// The exit status of a command line that asks for no run, after writing its
+// answer: 0 after the usage text or the version line (standard output), 2
+// after "PROGRAM: ERROR" and the usage text (standard error); nothing for a
+// run, which the caller goes on to.
+std::optional<int> answer_command(command_kind kind, std::string_view program, const std::string& usage,
+                                  const std::string& error, std::ostream& out, std::ostream& err);
+
+}  // namespace pelkrin
