@@ -15,12 +15,7 @@ bool ends_with_any_case(const std::string& text, const std::string& end) {
                       [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b)); });
 }
 
-parsed_bam_options usage_error(std::string what) {
-    parsed_bam_options p;
-    p.command = command_kind::usage_error;
-    p.error = std::move(what);
-    return p;
-}
+parsed_bam_options usage_error(std::string what) { return usage_error_of<parsed_bam_options>(std::move(what)); }
 
 }  // namespace
 

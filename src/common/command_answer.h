@@ -5,10 +5,21 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace pelkrin {
 
 enum class command_kind { run, help, version, usage_error };
+
+// A parsed command line (a record with `command` and `error`) that is a
+// usage error saying `what`.
+template <typename Parsed>
+Parsed usage_error_of(std::string what) {
+    Parsed parsed;
+    parsed.command = command_kind::usage_error;
+    parsed.error = std::move(what);
+    return parsed;
+}
 
 // The exit status of a command line that asks for no run, after writing its
 // answer: 0 after the usage text or the version line (standard output), 2

@@ -47,12 +47,7 @@ std::string set_value(view_options& o, char letter, const std::string& value) {
     }
 }
 
-parsed_view_options usage_error(std::string what) {
-    parsed_view_options p;
-    p.command = command_kind::usage_error;
-    p.error = std::move(what);
-    return p;
-}
+parsed_view_options usage_error(std::string what) { return usage_error_of<parsed_view_options>(std::move(what)); }
 
 }  // namespace
 
