@@ -38,8 +38,9 @@ std::vector<contig> contigs_of(const std::string& ace_text) {
     return found;
 }
 
-std::string sff_of_reads(const std::vector<contig>& contigs) {
+std::string sff_of_reads(const std::vector<contig>& contigs, bool big_endian, std::uint16_t signal_offset) {
     sff_fixture f;
+    f.big_endian = big_endian;
     std::map<std::string, std::string> bases_of;  // each read once
     for (const contig& c : contigs) {
         for (const auto& [name, r] : c.reads) {
@@ -88,7 +89,10 @@ std::string sff_of_reads(const std::vector<contig>& contigs) {
         reads.push_back(std::move(r));
     }
     f.flows = static_cast<std::uint16_t>((most_flows + 3) / 4 * 4);
-    for (sff_fixture_read& r : reads) r.flowgram.resize(f.flows, 0);
+    for (sff_fixture_read& r : reads) {
+        r.flowgram.resize(f.flows, 0);
+        for (std::uint16_t& v : r.flowgram) v = static_cast<std::uint16_t>(v + signal_offset);
+    }
     f.reads = std::move(reads);
     return build_sff(f).bytes;
 }

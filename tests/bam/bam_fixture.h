@@ -17,8 +17,9 @@ std::vector<contig> contigs_of(const std::string& ace_text);
 // An SFF file that holds every read of the assembly: its bases on the
 // strand the sequencer read (complemented back where the AF line says C),
 // after the key TCAG, each base called by the next flow of its letter;
-// qualities and flow signals made up from the read's name and place.
-std::string sff_of_reads(const std::vector<contig>& contigs);
+// qualities and flow signals made up from the read's name and place, each
+// signal raised by `signal_offset`.
+std::string sff_of_reads(const std::vector<contig>& contigs, bool big_endian = true, std::uint16_t signal_offset = 0);
 
 // One record of a BAM file, as samtools view would show its fields.
 struct bam_read {
