@@ -33,9 +33,17 @@
   }
 
   // ---- contig page ----
-  var data = null, L = 0, reads = [], rows = [], flowFiles = new Map(), pending = new Map();
+  // A read: [name, padded start, padded length, padded bases, flowgram file,
+  // alignment clip start, alignment clip end, 1 when complemented].
+  var NAME = 0, POS = 1, LEN = 2, SEQ = 3, FILE = 4, CLIP_START = 5, CLIP_END = 6, COMPLEMENTED = 7;
+  var COMPLEMENT = { A: 'T', C: 'G', G: 'C', T: 'A' };
+  var data = null, L = 0, reads = [], byStart = [], maxLen = 0, lowest = 1, highest = 1;
+  var nameIndex = new Map(), flowFiles = new Map(), pending = new Map(), failedFiles = new Set();
+  var parsedEntries = new Map(), placesOf = new Map();
   var colourClass = new Map(), colourText = new Map();
-  var state = { start: 1, width: 120, openRead: -1 };
+  var state = { start: 1, width: 120, openRead: -1, column: -1, dots: false };
+  // What the window draws now: its reads, packed, and the flow of its first column.
+  var current = { shown: [], rows: [], flowOrigin: 0, flowLast: -1 };
   var el = function (id) { return document.getElementById(id); };
 
   function esc(text) {
@@ -73,23 +81,250 @@
   function flowStart(i) { return flowAt(data.flowStart, i); }
   function flowEnd(i) { return flowAt(data.flowEnd, i); }
   function charAt(seq, i) { return i >= 0 && i < seq.length ? seq[i] : null; }
+  function consensusAt(q) { return q >= 1 && q <= L ? data.consensus[q - 1] : null; }
 
-  // The reads of one row that the span first..last shows.
-  function selectReads(row, first, last) {
-    var shown = [];
-    var lo = Math.max(first - data.maxReadLen + 1, 1);
-    var hi = data.minReadLen === 0 ? last : last - data.minReadLen + 1;
-    if (hi < lo) return shown;
-    var a = 0, b = row.length / 2;
-    while (a < b) { var m = (a + b) >> 1; if (row[2 * m] < lo) a = m + 1; else b = m; }
-    for (var k = a; k < row.length / 2 && row[2 * k] <= hi; k++) {
-      var p = row[2 * k], r = reads[row[2 * k + 1]];
-      if (p > last) continue;
-      var end = p + r[2] - 1;
-      if (end < first) continue;
-      shown.push({ p: p, read: r, index: row[2 * k + 1], a: Math.max(p, first), b: Math.min(end, last) });
+  // ---- the reads of a window, packed into rows ----
+  // Every read whose bases (aligned part and clipped ends) overlap first..last.
+  function windowReads(first, last) {
+    var lo = first - maxLen + 1, a = 0, b = byStart.length, shown = [];
+    while (a < b) { var m = (a + b) >> 1; if (reads[byStart[m]][POS] < lo) a = m + 1; else b = m; }
+    for (var k = a; k < byStart.length; k++) {
+      var index = byStart[k], r = reads[index], p = r[POS];
+      if (p > last) break;
+      var end = p + r[LEN] - 1;
+      if (r[LEN] <= 0 || end < first) continue;
+      shown.push({ index: index, read: r, p: p, a: Math.max(p, first), b: Math.min(end, last) });
     }
     return shown;
+  }
+  // As a genome viewer packs them: each read, in the order of its first
+  // drawn position, goes into the first row where it keeps a gap of at least
+  // one position from the read before it.
+  function pack(shown) {
+    var rows = [], ends = [];
+    shown.forEach(function (s) {
+      var r = 0;
+      while (r < ends.length && ends[r] + 1 >= s.a) r++;
+      if (r === ends.length) { rows.push([]); ends.push(0); }
+      rows[r].push(s);
+      ends[r] = s.b;
+    });
+    return rows;
+  }
+
+  // The aligned part of a read as padded indexes, or null when it has none.
+  function alignedPart(r) { return r[CLIP_START] >= 1 && r[CLIP_END] >= r[CLIP_START] ? [r[CLIP_START] - 1, r[CLIP_END] - 1] : null; }
+
+  // ---- qualities and flows of a read, from its entry in the reads file ----
+  function numbers(text) { return text === '' ? [] : text.split(',').map(Number); }
+  function entryOf(index) {
+    if (parsedEntries.has(index)) return parsedEntries.get(index);
+    var r = reads[index], file = flowFiles.get(r[FILE]), raw = file ? file.get(r[NAME]) : null;
+    if (!raw) return null;
+    var e = { quals: numbers(raw[1]), flowOf: numbers(raw[2]), values: numbers(raw[3]) };
+    parsedEntries.set(index, e);
+    return e;
+  }
+  function reverseComplement(text) {
+    var out = '';
+    for (var i = text.length - 1; i >= 0; i--) out += COMPLEMENT[text[i]] || text[i];
+    return out;
+  }
+  // For each padded index of the read, the number (on the read's own strand)
+  // of the called base that stands there, or -1. The called bases are the
+  // letters of their flows; they are found among the read's bases in the
+  // assembly (pads left out, case ignored, on the contig's strand), or those
+  // among them. Null when they are not found: such a read is not shaded.
+  function calledPlaces(index) {
+    if (placesOf.has(index)) return placesOf.get(index);
+    var e = entryOf(index);
+    if (!e) return null;
+    var r = reads[index], seq = r[SEQ], unpadded = '', padded = [];
+    for (var i = 0; i < seq.length; i++) {
+      if (seq[i] !== '*') { unpadded += seq[i].toUpperCase(); padded.push(i); }
+    }
+    var called = e.flowOf.map(function (f) { return FLOW_ORDER[((f % 4) + 4) % 4]; }).join('');
+    var oriented = r[COMPLEMENTED] ? reverseComplement(called) : called, n = called.length, result = null;
+    // The unpadded index of called base 0 (on the contig's strand).
+    var shift = 0, found = false, at = oriented.length > 0 ? unpadded.indexOf(oriented) : -1;
+    if (at >= 0) { shift = at; found = true; }
+    else if (unpadded.length > 0 && (at = oriented.indexOf(unpadded)) >= 0) { shift = -at; found = true; }
+    if (found) {
+      result = new Int32Array(seq.length).fill(-1);
+      for (var u = 0; u < padded.length; u++) {
+        var k = u - shift;
+        if (k >= 0 && k < n) result[padded[u]] = r[COMPLEMENTED] ? n - 1 - k : k;
+      }
+    }
+    placesOf.set(index, result);
+    return result;
+  }
+  function qualityBucket(index, j) {
+    var places = calledPlaces(index);
+    if (!places || places[j] < 0) return '';
+    var q = parsedEntries.get(index).quals[places[j]];
+    return q === undefined ? '' : q < 10 ? '0' : q < 20 ? '1' : q < 30 ? '2' : '3';
+  }
+
+  // Loads the flowgram files of the window's reads that are not at hand,
+  // then paints again: qualities shade the bases, and an open column plot
+  // gets its signals.
+  function loadWindowFlowgrams() {
+    var wanted = new Set();
+    current.shown.forEach(function (s) {
+      var f = s.read[FILE];
+      if (f >= 0 && !flowFiles.has(f) && !failedFiles.has(f)) wanted.add(f);
+    });
+    wanted.forEach(function (f) {
+      withFlowgramFile(f, function () { repaintSoon(); });
+    });
+  }
+  var repaintQueued = false;
+  function repaintSoon() {
+    if (repaintQueued) return;
+    repaintQueued = true;
+    setTimeout(function () {
+      repaintQueued = false;
+      ['base-view', 'flow-view'].forEach(function (id) { if (views[id]) paintView(id, views[id].from); });
+      if (state.column >= 0) drawColumn();
+    }, 0);
+  }
+
+  // ---- drawing ----
+  // A window is drawn as lines of pieces: runs of spaces (numbers) and drawn
+  // parts of reads or headers. A read's piece draws the padded indexes
+  // j0..j1 of its bases (base space) or its flow counts (flow space). Only
+  // the lines near the visible part of a view are coloured, so that a window
+  // of hundreds of rows costs a few thousand elements; the others are plain
+  // text, coloured as the view is scrolled to them.
+  function baseKind(s, j, q) {
+    var c = charAt(s.read[SEQ], j);
+    if (c === null) return ' ';
+    var part = s.aligned;
+    if (!part || j < part[0] || j > part[1]) return 'x';
+    var k = consensusAt(q);
+    return k !== null && c.toUpperCase() === k.toUpperCase() ? '=' : c === '*' ? '*' : 'd';
+  }
+  function basePiece(s) {
+    var seq = s.read[SEQ], text = '';
+    s.aligned = alignedPart(s.read);
+    for (var q = s.a; q <= s.b; q++) {
+      var j = q - s.p, c = charAt(seq, j);
+      if (c === null) { text += ' '; continue; }
+      text += state.dots && baseKind(s, j, q) === '=' ? '.' : c;
+    }
+    return { index: s.index, text: text, base: s };
+  }
+  // The class of each character of a piece: the kind of base (= same as the
+  // consensus, d differs, * a pad, x clipped end) with its letter and its
+  // quality bucket; flow counts take their flow's letter.
+  function pieceClasses(piece) {
+    var out = [];
+    if (!piece.base) {
+      var keys = piece.letters || piece.text;
+      for (var i = 0; i < piece.text.length; i++) out.push(colourClass.get(keys[i]) || '');
+      return out;
+    }
+    var s = piece.base, seq = s.read[SEQ];
+    for (var q = s.a; q <= s.b; q++) {
+      var j = q - s.p, kind = baseKind(s, j, q), c = charAt(seq, j), cls;
+      if (kind === ' ') { out.push(''); continue; }
+      if (kind === '=') cls = 'same';
+      else if (kind === 'x') cls = 'clip';
+      else cls = 'diff ' + (colourClass.get(c.toUpperCase()) || colourClass.get(c) || '');
+      var bucket = c === '*' ? '' : qualityBucket(s.index, j);
+      out.push(bucket === '' ? cls : cls + ' q' + bucket);
+    }
+    return out;
+  }
+  function paintPiece(piece) {
+    var text = piece.text, classes = pieceClasses(piece), out = '', i = 0;
+    while (i < text.length) {
+      var j = i + 1;
+      while (j < text.length && classes[j] === classes[i]) j++;
+      var part = esc(text.substring(i, j));
+      out += classes[i] ? '<span class="' + classes[i] + '">' + part + '</span>' : part;
+      i = j;
+    }
+    return out;
+  }
+  function lineHtml(line, coloured) {
+    var out = '';
+    line.forEach(function (piece) {
+      if (typeof piece === 'number') { out += spaces(piece); return; }
+      if (piece.index < 0) {
+        var body = coloured && piece.index === -1 ? paintPiece(piece) : esc(piece.text);
+        out += '<span class="' + (piece.index === -1 ? 'head' : 'ruler') + '">' + body + '</span>';
+        return;
+      }
+      var name = esc(reads[piece.index][NAME]);
+      out += '<span class="read' + (piece.index === state.openRead ? ' open' : '') + '" data-read="' + name +
+             '" title="' + name + '">' + (coloured ? paintPiece(piece) : esc(piece.text)) + '</span>';
+    });
+    return out;
+  }
+
+  var views = {};
+  // Lines [from, from + 48) of the view are coloured.
+  function paintView(id, from) {
+    var v = views[id], html = [], to = from + 48;
+    v.from = from;
+    v.lines.forEach(function (line, i) { html.push(lineHtml(line, i >= from && i < to)); });
+    v.pre.innerHTML = html.join('\n') + '\n';
+  }
+  // The first line in sight, from the last scroll event: reading the scroll
+  // position here would make the browser lay out the old window first. The
+  // column of names beside the view scrolls with it.
+  function drawView(id, lines, names) {
+    var v = views[id];
+    if (!v) {
+      v = views[id] = { pre: el(id), names: el(id.replace('view', 'names')), lines: [], from: 0, top: 0, queued: false };
+      v.pre.addEventListener('scroll', function () {
+        if (v.names) v.names.scrollTop = v.pre.scrollTop;
+        var lineHeight = v.pre.scrollHeight / Math.max(1, v.lines.length + 1);
+        v.top = Math.floor(v.pre.scrollTop / Math.max(1, lineHeight));
+        if (v.queued || (v.top >= v.from && v.top + 32 <= v.from + 48)) return;
+        v.queued = true;
+        requestAnimationFrame(function () { v.queued = false; paintView(id, Math.max(0, v.top - 8)); });
+      });
+    }
+    v.lines = lines;
+    if (v.names) v.names.textContent = names.join('\n') + '\n';
+    paintView(id, Math.max(0, Math.min(v.top, lines.length - 32) - 8));
+  }
+
+  // A ruler: each position that is a multiple of ten is numbered, the
+  // number ending over its column; `column(q)` gives a position's column.
+  function ruler(first, last, column, width) {
+    var line = new Array(width).fill(' '), free = 0;
+    for (var q = Math.ceil(first / 10) * 10; q <= last; q += 10) {
+      var text = String(q), end = column(q), begin = end - text.length + 1;
+      if (begin < free || begin < 0 || end >= width) continue;
+      for (var i = 0; i < text.length; i++) line[begin + i] = text[i];
+      free = end + 2;
+    }
+    return line.join('').replace(/ +$/, '');
+  }
+  function rowNames(row) { return row.map(function (s) { return s.read[NAME]; }).join(' '); }
+
+  function baseLines(first, width) {
+    var last = first + width - 1, header = '';
+    for (var q = first; q <= last && (q <= L || q <= highest); q++) header += consensusAt(q) || ' ';
+    header = header.replace(/ +$/, '');
+    var lines = [[{ index: -2, text: ruler(first, last, function (q) { return q - first; }, width) }],
+                 [{ index: -1, text: header }]];
+    var names = ['position', 'consensus'];
+    current.rows.forEach(function (row) {
+      var x = first - 1, line = [];
+      row.forEach(function (s) {
+        if (s.a > x + 1) line.push(s.a - x - 1);
+        line.push(basePiece(s));
+        x = s.b;
+      });
+      lines.push(line);
+      names.push(rowNames(row));
+    });
+    return { lines: lines, names: names };
   }
 
   // Read indexes ia..ib widened over the runs at both ends.
@@ -120,146 +355,109 @@
     at.j = j;
     return count;
   }
-
-  // A window is drawn as lines of pieces: runs of spaces (numbers) and drawn
-  // parts of reads { index, text, letters }, where `letters` gives the colour
-  // key of each character of a flow count (its flow's letter); base letters
-  // are their own key. The header is a piece of index -1. Only the lines near
-  // the visible part of a view are coloured, so that a window of hundreds of
-  // rows costs a few thousand elements; the others are plain text, which the
-  // view colours as it is scrolled to them.
-  function paintPiece(piece) {
-    var text = piece.text, keys = piece.letters || text, out = '', i = 0;
-    while (i < text.length) {
-      var j = i + 1;
-      while (j < text.length && keys[j] === keys[i]) j++;
-      var k = colourClass.get(keys[i]), part = esc(text.substring(i, j));
-      out += k ? '<span class="' + k + '">' + part + '</span>' : part;
-      i = j;
-    }
-    return out;
-  }
-  function lineHtml(line, coloured) {
-    var out = '';
-    line.forEach(function (piece) {
-      if (typeof piece === 'number') { out += spaces(piece); return; }
-      var body = coloured ? paintPiece(piece) : esc(piece.text);
-      if (piece.index < 0) { out += '<span class="head">' + body + '</span>'; return; }
-      out += '<span class="read' + (piece.index === state.openRead ? ' open' : '') + '" data-read="' + piece.index +
-             '">' + body + '</span>';
-    });
-    return out;
-  }
-
-  var views = {};
-  // Lines [from, to) of the view are coloured.
-  function paintView(id, from) {
-    var v = views[id], html = [], to = from + 48;
-    v.from = from;
-    v.lines.forEach(function (line, i) { html.push(lineHtml(line, i >= from && i < to)); });
-    v.pre.innerHTML = html.join('\n') + '\n';
-  }
-  // The first line in sight, from the last scroll event: reading the scroll
-  // position here would make the browser lay out the old window first.
-  function drawView(id, lines) {
-    var v = views[id];
-    if (!v) {
-      v = views[id] = { pre: el(id), lines: [], from: 0, top: 0, queued: false };
-      v.pre.addEventListener('scroll', function () {
-        var lineHeight = v.pre.scrollHeight / Math.max(1, v.lines.length + 1);
-        v.top = Math.floor(v.pre.scrollTop / Math.max(1, lineHeight));
-        if (v.queued || (v.top >= v.from && v.top + 32 <= v.from + 48)) return;
-        v.queued = true;
-        requestAnimationFrame(function () { v.queued = false; paintView(id, Math.max(0, v.top - 8)); });
-      });
-    }
-    v.lines = lines;
-    paintView(id, Math.max(0, Math.min(v.top, lines.length - 32) - 8));
-  }
-
-  function baseLines(first, width, listed) {
-    var last = first + width - 1, header = '';
-    for (var q = first; q <= L && q < first + width; q++) header += q >= 1 ? data.consensus[q - 1] : '*';
-    var lines = [[{ index: -1, text: header }]];
-    rows.forEach(function (row) {
-      var shown = selectReads(row, first, last);
-      if (shown.length === 0) return;
-      var x = first - 1, line = [];
-      shown.forEach(function (s) {
-        if (s.p > x + 1) line.push(s.p - x - 1);
-        listed.push(s.index);
-        line.push({ index: s.index, text: s.read[3].substring(s.a - s.p, s.b - s.p + 1) });
-        x = s.b;
-      });
-      lines.push(line);
-    });
-    return lines;
-  }
-
-  function flowPiece(s) {
-    var seq = s.read[3], runs = widen(seq, s.a - s.p, s.b - s.p, s.read[2]);
-    var at = { j: runs.j0 }, text = '', letters = '';
+  // The consensus flows that a drawn read spans, each with the number of the
+  // read's bases of its letter there and the padded indexes from..to (not
+  // included) that the count walked over.
+  function flowCells(s) {
+    var seq = s.read[SEQ], runs = widen(seq, s.a - s.p, s.b - s.p, s.read[LEN]);
+    var at = { j: runs.j0 }, cells = [];
     for (var f = flowStart(s.a - 1), fer = flowEnd(s.b - 1); f <= fer; f++) {
       var letter = data.flows[f];
       if (letter === undefined) continue;
-      text += countDigit(countFlow(seq, at, runs.j1, letter));
-      letters += letter;
+      var from = at.j, count = countFlow(seq, at, runs.j1, letter);
+      cells.push({ f: f, count: count, from: from, to: at.j, letter: letter });
     }
-    return { index: s.index, text: text, letters: letters };
+    return cells;
+  }
+  function flowPiece(s) {
+    var text = '', letters = '';
+    flowCells(s).forEach(function (cell) { text += countDigit(cell.count); letters += cell.letter; });
+    return { index: s.index, text: text, letters: letters, start: flowStart(s.a - 1) };
   }
 
   function flowLines(first, width) {
     var last = first + width - 1, s = Math.min(first, L), e = Math.min(last, L), header = '';
-    for (var f = flowStart(s - 1), fe = flowEnd(e - 1); f <= fe; f++) {
-      if (data.flows[f] !== undefined) header += data.flows[f];
-    }
-    var lines = [[{ index: -1, text: header }]];
-    rows.forEach(function (row) {
-      var shown = selectReads(row, first, last);
-      if (shown.length === 0) return;
-      var x = first - 1, line = [];
-      shown.forEach(function (sr) {
-        var gap = flowStart(sr.p - 1) - flowStart(x);
-        if (gap > 0) line.push(gap);
-        line.push(flowPiece(sr));
-        x = sr.b;
+    var origin = flowStart(s - 1), fe = flowEnd(e - 1);
+    for (var f = origin; f <= fe; f++) if (data.flows[f] !== undefined) header += data.flows[f];
+    current.flowOrigin = origin;
+    current.flowLast = origin + header.length - 1;
+    var lines = [[{ index: -2, text: ruler(Math.max(first, 1), e, function (q) { return flowStart(q - 1) - origin; },
+                                           header.length) }],
+                 [{ index: -1, text: header }]];
+    var names = ['position', 'consensus'];
+    current.rows.forEach(function (row) {
+      var column = 0, line = [];
+      row.forEach(function (sr) {
+        var piece = flowPiece(sr), gap = piece.start - origin - column;
+        if (gap > 0) { line.push(gap); column += gap; }
+        line.push(piece);
+        column += piece.text.length;
       });
       lines.push(line);
+      names.push(rowNames(row));
     });
-    return lines;
+    return { lines: lines, names: names };
   }
 
-  function lastStart() { return Math.max(1, L - state.width + 1); }
+  function firstStart() { return lowest; }
+  function lastStart() { return Math.max(lowest, highest - state.width + 1); }
+
+  // The address names the window and the open read, so that a place can be
+  // kept or sent. It is written a moment after the window stops moving.
+  var addressTimer = null;
+  function addressText() {
+    return '#pos=' + state.start + '&width=' + state.width +
+      (state.openRead >= 0 ? '&read=' + encodeURIComponent(reads[state.openRead][NAME]) : '');
+  }
+  function writeAddressSoon() {
+    if (addressTimer !== null) clearTimeout(addressTimer);
+    addressTimer = setTimeout(function () {
+      addressTimer = null;
+      if (location.hash !== addressText()) history.replaceState(null, '', addressText());
+    }, 120);
+  }
 
   // Draws the window of `width` positions from `start`, at once.
   function show(start, width) {
-    if (width !== undefined) state.width = Math.max(1, Math.min(1000, Math.floor(width) || 120));
-    state.start = Math.max(1, Math.min(lastStart(), Math.floor(start) || 1));
-    var listed = [];
-    drawView('base-view', baseLines(state.start, state.width, listed));
-    drawView('flow-view', flowLines(state.start, state.width));
+    if (width !== undefined) state.width = Math.max(10, Math.min(1000, Math.floor(width) || state.width));
+    state.start = Math.max(firstStart(), Math.min(lastStart(), Math.floor(start) || 1));
+    var last = state.start + state.width - 1;
+    current.shown = windowReads(state.start, last);
+    current.rows = pack(current.shown);
+    var base = baseLines(state.start, state.width), flow = flowLines(state.start, state.width);
+    drawView('base-view', base.lines, base.names);
+    drawView('flow-view', flow.lines, flow.names);
     var list = el('read-list'), frag = document.createDocumentFragment();
-    listed.forEach(function (index) {
+    current.shown.forEach(function (s) {
       var li = document.createElement('li');
-      li.textContent = reads[index][0];
-      li.setAttribute('data-read', index);
+      li.textContent = s.read[NAME];
+      li.setAttribute('data-read', s.read[NAME]);
       frag.appendChild(li);
     });
     list.textContent = '';
     list.appendChild(frag);
     var slider = el('slider');
+    slider.min = firstStart();
     slider.max = lastStart();
     slider.value = state.start;
     el('start').value = state.start;
     el('width').value = state.width;
-    var end = Math.min(state.start + state.width - 1, L);
-    el('span-text').textContent = 'positions ' + state.start + ' to ' + end + ' of ' + L;
+    el('span-text').textContent = 'positions ' + state.start + ' to ' + last + ' of ' + L;
+    var n = current.shown.length;
+    el('cover-text').textContent = n === 1 ? '1 read covers this window.' : n + ' reads cover this window.';
     var box = el('depth-window');
     if (box && L > 0) {
       var left = +box.getAttribute('data-left'), full = +box.getAttribute('data-width');
-      box.setAttribute('x', left + full * (state.start - 1) / L);
-      box.setAttribute('width', Math.max(1, full * (end - state.start + 1) / L));
+      var a = Math.max(1, Math.min(L, state.start)), b = Math.max(a, Math.min(L, last));
+      box.setAttribute('x', left + full * (a - 1) / L);
+      box.setAttribute('width', Math.max(1, full * (b - a + 1) / L));
     }
+    if (state.column >= 0) {
+      if (state.column < current.flowOrigin || state.column > current.flowLast) closeColumn();
+      else drawColumn();
+    }
+    loadWindowFlowgrams();
+    writeAddressSoon();
   }
 
   var queued = null;
@@ -269,9 +467,7 @@
   }
 
   // ---- flowgrams ----
-  function numbers(text) { return text === '' ? [] : text.split(',').map(Number); }
-
-  function withFlowgramFile(n, then) {
+  function withFlowgramFile(n, then, failed) {
     if (flowFiles.has(n)) { then(); return; }
     if (pending.has(n)) { pending.get(n).push(then); return; }
     pending.set(n, [then]);
@@ -279,7 +475,8 @@
     script.src = window.pelkrinDataStem + '-flowgrams-' + n + '.js';
     script.onerror = function () {
       pending.delete(n);
-      el('flowgram-facts').textContent = 'The flowgram file ' + script.src + ' could not be loaded.';
+      failedFiles.add(n);
+      if (failed) failed(script.src);
     };
     document.body.appendChild(script);
   }
@@ -293,8 +490,11 @@
     waiting.forEach(function (then) { then(); });
   };
 
-  function drawFlowgram(entry) {
-    var quals = numbers(entry[1]), flowOf = numbers(entry[2]), values = numbers(entry[3]);
+  // The 454 key, TCAG, is called in the first eight flows of the flow order TACG.
+  var KEY_FLOWS = 8;
+
+  function drawFlowgram(index, e) {
+    var r = reads[index], quals = e.quals, flowOf = e.flowOf, values = e.values;
     var called = values.map(function () { return []; });
     flowOf.forEach(function (f, k) { if (f >= 0 && f < called.length) called[f].push(k); });
     var most = 4, stack = 1;
@@ -303,10 +503,26 @@
     // of millions of lines.
     values.forEach(function (v) { most = Math.max(most, Math.min(656, Math.ceil(v / 100))); });
     called.forEach(function (c) { stack = Math.max(stack, c.length); });
-    var col = 14, unit = 28, left = 34, top = 8, plotH = most * unit, axis = top + plotH;
-    var baseTop = axis + 28, qualTop = baseTop + stack * 13 + 2;
+    var col = 14, unit = 28, left = 34, top = 18, plotH = most * unit, axis = top + plotH;
+    var numberTop = axis + 24, baseTop = numberTop + 16, qualTop = baseTop + stack * 13 + 2;
     var width = left + values.length * col + 10, height = qualTop + stack * 10 + 6;
     var svg = '<svg xmlns="http://www.w3.org/2000/svg" width="' + width + '" height="' + height + '" id="flowgram-svg">';
+    // The key flows and the flows outside the read's clipped part, shaded behind the bars.
+    var keptFirst = flowOf.length ? flowOf[0] : values.length, keptLast = flowOf.length ? flowOf[flowOf.length - 1] : -1;
+    var band = function (cls, from, to, label) {
+      if (to < from) return;
+      var x = left + from * col, w = (to - from + 1) * col;
+      svg += '<rect class="' + cls + '" data-from="' + from + '" data-to="' + to + '" x="' + x + '" y="' + top +
+             '" width="' + w + '" height="' + plotH + '"/>';
+      if (label) svg += '<text class="label" x="' + (x + 2) + '" y="' + (top - 5) + '">' + label + '</text>';
+    };
+    band('outside', 0, Math.min(keptFirst, values.length) - 1, '');
+    band('outside', keptLast + 1, values.length - 1, keptLast + 1 < values.length ? 'trimmed' : '');
+    band('key', 0, Math.min(KEY_FLOWS, values.length) - 1, 'key');
+    if (keptLast >= keptFirst) {
+      svg += '<text class="label" x="' + (left + Math.max(keptFirst, KEY_FLOWS) * col + 4) + '" y="' + (top - 5) +
+             '">clipped range: flows ' + (keptFirst + 1) + ' to ' + (keptLast + 1) + '</text>';
+    }
     for (var g = 0; g <= most; g++) {
       var gy = axis - g * unit;
       svg += '<line class="grid" x1="' + left + '" x2="' + (width - 10) + '" y1="' + gy + '" y2="' + gy + '"/>';
@@ -320,6 +536,10 @@
              ': ' + (v / 100).toFixed(2) + '</title></rect>';
       svg += '<text class="label ' + k + '" x="' + (x + col / 2) + '" y="' + (axis + 12) + '" text-anchor="middle">' +
              letter + '</text>';
+      if ((f + 1) % 10 === 0 || f === 0) {
+        svg += '<text class="label flow-number" x="' + (x + col / 2) + '" y="' + numberTop + '" text-anchor="middle">' +
+               (f + 1) + '</text>';
+      }
       called[f].forEach(function (base, i) {
         svg += '<text class="called ' + k + '" x="' + (x + col / 2) + '" y="' + (baseTop + i * 13) +
                '" text-anchor="middle">' + letter + '</text>';
@@ -327,6 +547,7 @@
                '" text-anchor="middle">' + (quals[base] === undefined ? '' : quals[base]) + '</text>';
       });
     });
+    svg += '<text class="label" x="2" y="' + numberTop + '">flow</text>';
     svg += '<text class="label" x="2" y="' + (baseTop) + '">base</text>';
     svg += '<text class="label" x="2" y="' + (qualTop) + '">qual</text></svg>';
     el('flowgram-plot').innerHTML = svg;
@@ -334,43 +555,192 @@
       flowOf.length + ' called bases in the clipped range; a bar of height n is a signal of n bases.';
     el('flowgram-bases').textContent = flowOf.map(function (f) { return FLOW_ORDER[((f % 4) + 4) % 4]; }).join('');
     el('flowgram-qualities').textContent = quals.join(' ');
+    if (!calledPlaces(index)) {
+      el('flowgram-facts').textContent += ' Its called bases are not found among its bases in the assembly: the ' +
+        'window draws it without qualities and flow signals.';
+    }
+  }
+
+  function placeText(r) {
+    var end = r[POS] + r[LEN] - 1, part = alignedPart(r);
+    var text = (r[COMPLEMENTED] ? 'Complemented' : 'Forward') + ' in contig ' + data.name + ': padded positions ' +
+      r[POS] + ' to ' + end;
+    if (part) text += ', aligned from ' + (r[POS] + part[0]) + ' to ' + (r[POS] + part[1]);
+    else text += ', no aligned part';
+    return text + '; its bases outside the aligned part are drawn grey in the window.';
   }
 
   // Opens the flowgram of read `index`; `done` is called once it is drawn.
   function openRead(index, done) {
+    if (typeof index === 'string') index = nameIndex.has(index) ? nameIndex.get(index) : -1;
     var r = reads[index];
     if (!r) return;
     state.openRead = index;
     el('flowgram').hidden = false;
-    el('flowgram-name').textContent = r[0];
+    el('flowgram-name').textContent = r[NAME];
+    el('flowgram-place').textContent = placeText(r);
     el('flowgram-plot').textContent = '';
     el('flowgram-bases').textContent = '';
     el('flowgram-qualities').textContent = '';
     Array.prototype.forEach.call(document.querySelectorAll('pre.view .read'), function (s) {
-      s.classList.toggle('open', +s.getAttribute('data-read') === index);
+      s.classList.toggle('open', s.getAttribute('data-read') === r[NAME]);
     });
+    writeAddressSoon();
     // -2: the reads file's entry for it is not its own (see read_bases_check.h).
-    if (r[4] === -2) {
+    if (r[FILE] === -2) {
       el('flowgram-facts').textContent = 'This read is not in the SFF file: there is no flowgram of it.';
       if (done) done();
       return;
     }
-    if (r[4] < 0) {
+    if (r[FILE] < 0) {
       el('flowgram-facts').textContent = data.flowgramNote || 'The reads file holds no flowgram of this read.';
       if (done) done();
       return;
     }
     el('flowgram-facts').textContent = 'Loading…';
-    withFlowgramFile(r[4], function () {
-      var entry = flowFiles.get(r[4]).get(r[0]);
-      if (entry && state.openRead === index) drawFlowgram(entry);
+    withFlowgramFile(r[FILE], function () {
+      var e = entryOf(index);
+      if (e && state.openRead === index) drawFlowgram(index, e);
+      if (done) done();
+    }, function (src) {
+      el('flowgram-facts').textContent = 'The flowgram file ' + src + ' could not be loaded.';
       if (done) done();
     });
+  }
+  // Opening a read brings it into the window when it is not in sight.
+  function bringIntoView(index) {
+    var r = reads[index], end = r[POS] + r[LEN] - 1;
+    if (r[POS] <= state.start + state.width - 1 && end >= state.start) return;
+    show(Math.max(firstStart(), r[POS] - 5));
+  }
+
+  // ---- the flow signals of every read at one consensus flow ----
+  // The flow of a read that stands for consensus flow `cell.f`: the flow of
+  // its bases there, or, where it has none, the flow of that letter (its
+  // complement on a complemented read) between the flows of its bases on
+  // either side, on the read's own strand.
+  function signalAt(s, cell) {
+    var r = s.read, places = calledPlaces(s.index), e = parsedEntries.get(s.index), seq = r[SEQ];
+    if (!places || !e) return null;
+    var flow = -1, j;
+    if (cell.count > 0) {
+      for (j = cell.from; j < cell.to && flow < 0; j++) {
+        if (seq[j] === cell.letter && places[j] >= 0) flow = e.flowOf[places[j]];
+      }
+    } else {
+      var before = -1, after = -1;
+      for (j = cell.from - 1; j >= 0; j--) if (places[j] >= 0) { before = e.flowOf[places[j]]; break; }
+      for (j = cell.to; j < places.length; j++) if (places[j] >= 0) { after = e.flowOf[places[j]]; break; }
+      var want = r[COMPLEMENTED] ? COMPLEMENT[cell.letter] : cell.letter;
+      var lo = r[COMPLEMENTED] ? after : before, hi = r[COMPLEMENTED] ? before : after;
+      if (lo >= 0) {
+        for (j = lo + 1; j < (hi >= 0 ? hi : e.values.length); j++) if (FLOW_ORDER[j % 4] === want) { flow = j; break; }
+      } else if (hi >= 0) {
+        for (j = hi - 1; j >= 0; j--) if (FLOW_ORDER[j % 4] === want) { flow = j; break; }
+      }
+    }
+    if (flow < 0 || flow >= e.values.length) return null;
+    var calledHere = 0;
+    e.flowOf.forEach(function (f) { if (f === flow) calledHere++; });
+    return { flow: flow, value: e.values[flow], called: calledHere };
+  }
+
+  function columnFacts(f) {
+    var q0 = -1, q1 = -1;
+    for (var q = Math.max(1, state.start); q <= Math.min(L, state.start + state.width - 1); q++) {
+      if (flowStart(q - 1) <= f && f <= flowEnd(q - 1)) { if (q0 < 0) q0 = q; q1 = q; }
+    }
+    return 'flow ' + (f + 1) + ' of the consensus (' + data.flows[f] + ')' +
+      (q0 > 0 ? ', positions ' + q0 + (q1 > q0 ? ' to ' + q1 : '') : '');
+  }
+
+  function openColumn(f) {
+    if (f < current.flowOrigin || f > current.flowLast || data.flows[f] === undefined) return;
+    state.column = f;
+    el('column').hidden = false;
+    drawColumn();
+  }
+  function closeColumn() {
+    state.column = -1;
+    el('column').hidden = true;
+  }
+
+  function drawColumn() {
+    var f = state.column, marks = [], without = 0, covering = 0;
+    current.shown.forEach(function (s) {
+      var cell = null;
+      flowCells(s).forEach(function (c) { if (c.f === f) cell = c; });
+      if (!cell) return;
+      covering++;
+      var sig = signalAt(s, cell);
+      if (sig) marks.push({ s: s, sig: sig, count: cell.count });
+      else without++;
+    });
+    el('column-name').textContent = columnFacts(f);
+    var most = 4;
+    marks.forEach(function (m) { most = Math.max(most, Math.min(656, Math.ceil(m.sig.value / 100 + 0.5))); });
+    var left = 30, unit = Math.max(24, Math.floor(560 / most)), lanes = 14, laneH = 9, top = 10;
+    var plotH = lanes * laneH + 10, axis = top + plotH, width = left + most * unit + 20, height = axis + 34;
+    var svg = '<svg xmlns="http://www.w3.org/2000/svg" width="' + width + '" height="' + height + '" id="column-svg">';
+    for (var g = 0; g <= most; g++) {
+      var gx = left + g * unit;
+      svg += '<line class="' + (g > 0 ? 'length' : 'grid') + '" x1="' + gx + '" x2="' + gx + '" y1="' + top +
+             '" y2="' + axis + '"/>';
+      svg += '<text class="label" x="' + gx + '" y="' + (axis + 13) + '" text-anchor="middle">' + g + '</text>';
+    }
+    svg += '<text class="label" x="' + left + '" y="' + (axis + 28) + '">flow signal, in bases (homopolymer lengths marked)</text>';
+    marks.sort(function (a, b) { return a.sig.value - b.sig.value; });
+    var letter = data.flows[f], k = colourClass.get(letter) || '';
+    marks.forEach(function (m, i) {
+      var x = left + Math.min(m.sig.value / 100, most) * unit, y = top + 5 + (i % lanes) * laneH;
+      var name = esc(m.s.read[NAME]);
+      svg += '<circle class="mark ' + k + '" data-read="' + name + '" data-flow="' + m.sig.flow + '" data-value="' +
+             m.sig.value + '" data-called="' + m.sig.called + '" cx="' + x.toFixed(1) + '" cy="' + y + '" r="3.5"><title>' +
+             name + ': ' + (m.sig.value / 100).toFixed(2) + ' at its flow ' + (m.sig.flow + 1) + ', ' + m.sig.called +
+             ' bases called</title></circle>';
+    });
+    svg += '</svg>';
+    el('column-plot').innerHTML = svg;
+    var byLength = new Map();
+    marks.forEach(function (m) { byLength.set(m.sig.called, (byLength.get(m.sig.called) || 0) + 1); });
+    var lengths = Array.from(byLength.keys()).sort(function (a, b) { return a - b; });
+    var rows = '<tr><th>Bases called at the flow</th>' + lengths.map(function (n) { return '<th>' + n + '</th>'; }).join('') +
+      '</tr><tr><th>Reads</th>' + lengths.map(function (n) { return '<td data-length="' + n + '">' + byLength.get(n) + '</td>'; }).join('') + '</tr>';
+    el('column-counts').innerHTML = rows;
+    var text = covering + (covering === 1 ? ' read covers' : ' reads cover') + ' this flow; ' + marks.length + ' drawn';
+    if (without > 0) text += ', ' + without + ' without a flowgram in the reads file (or not loaded yet)';
+    el('column-facts').textContent = text + '.';
+  }
+
+  // The column of the flow-space view under a click, from the width of a character.
+  var charWidthCache = 0;
+  function charWidth(pre) {
+    if (charWidthCache > 0) return charWidthCache;
+    var probe = document.createElement('span');
+    probe.textContent = '0123456789';
+    pre.appendChild(probe);
+    charWidthCache = probe.getBoundingClientRect().width / 10;
+    pre.removeChild(probe);
+    return charWidthCache;
+  }
+  function columnAt(pre, e) {
+    var rect = pre.getBoundingClientRect(), style = getComputedStyle(pre);
+    var x = e.clientX - rect.left - pre.clientLeft - parseFloat(style.paddingLeft) + pre.scrollLeft;
+    return Math.floor(x / Math.max(1, charWidth(pre)));
+  }
+
+  // The width that fits the page; on a wide screen at least 400 positions, so
+  // that most 454 reads are seen whole (the view then scrolls sideways).
+  function fittingWidth() {
+    var view = el('base-view'), cw = charWidth(view);
+    var room = view.clientWidth - 16, fit = cw > 0 ? Math.floor(room / cw) : 120;
+    if (window.innerWidth >= 1200) fit = Math.max(400, fit);
+    return Math.max(10, Math.min(1000, fit));
   }
 
   function setupControls() {
     var move = function (by) { return function () { show(state.start + by()); }; };
-    el('go-first').onclick = function () { show(1); };
+    el('go-first').onclick = function () { show(firstStart()); };
     el('go-last').onclick = function () { show(lastStart()); };
     el('go-back').onclick = move(function () { return -10; });
     el('go-on').onclick = move(function () { return 10; });
@@ -379,21 +749,27 @@
     el('slider').addEventListener('input', function () { showSoon(+el('slider').value); });
     el('start').addEventListener('change', function () { show(+el('start').value); });
     el('width').addEventListener('change', function () { show(state.start, +el('width').value); });
+    el('dots').addEventListener('change', function () { state.dots = el('dots').checked; show(state.start); });
     document.addEventListener('keydown', function (e) {
       if (e.target && (e.target.tagName === 'INPUT' || e.altKey || e.ctrlKey || e.metaKey)) return;
       var to = { ArrowLeft: state.start - 10, ArrowRight: state.start + 10, PageUp: state.start - state.width,
-                 PageDown: state.start + state.width, Home: 1, End: lastStart() }[e.key];
+                 PageDown: state.start + state.width, Home: firstStart(), End: lastStart() }[e.key];
       if (to === undefined) return;
       e.preventDefault();
       show(to);
     });
     var pick = function (e) {
       var t = e.target.closest('[data-read]');
-      if (t) openRead(+t.getAttribute('data-read'));
+      if (t) openRead(t.getAttribute('data-read'));
     };
     el('base-view').addEventListener('click', pick);
-    el('flow-view').addEventListener('click', pick);
     el('read-list').addEventListener('click', pick);
+    el('column-plot').addEventListener('click', pick);
+    el('flow-view').addEventListener('click', function (e) {
+      openColumn(current.flowOrigin + columnAt(el('flow-view'), e));
+      pick(e);
+    });
+    el('column-close').onclick = closeColumn;
     var plot = el('depth-plot'), box = el('depth-window');
     if (plot && box) {
       plot.addEventListener('click', function (e) {
@@ -407,32 +783,59 @@
     }
   }
 
+  // A place named in the address: #pos=START&width=WIDTH&read=NAME, each optional.
+  function goToAddress(done) {
+    var wanted = new URLSearchParams(location.hash.slice(1));
+    var width = +wanted.get('width') || (wanted.has('pos') ? state.width : fittingWidth());
+    var index = wanted.has('read') && nameIndex.has(wanted.get('read')) ? nameIndex.get(wanted.get('read')) : -1;
+    if (wanted.has('pos')) show(+wanted.get('pos'), width);
+    else if (index >= 0) { state.width = Math.max(10, Math.min(1000, width)); show(reads[index][POS] - 5); }
+    else show(1, width);
+    if (index >= 0) {
+      bringIntoView(index);
+      openRead(index, done);
+    } else if (done) done();
+  }
+
   window.pelkrinContig = function (d) {
     data = d;
     d.flowStart = flowList(d.flowStart);
     d.flowEnd = flowList(d.flowEnd);
     L = d.consensus.length;
     reads = d.reads;
-    rows = d.rows;
+    lowest = 1;
+    highest = Math.max(1, L);
+    reads.forEach(function (r, i) {
+      nameIndex.set(r[NAME], i);
+      byStart.push(i);
+      maxLen = Math.max(maxLen, r[LEN]);
+      if (r[LEN] > 0) {
+        lowest = Math.min(lowest, r[POS]);
+        highest = Math.max(highest, r[POS] + r[LEN] - 1);
+      }
+    });
+    byStart.sort(function (a, b) { return reads[a][POS] - reads[b][POS] || a - b; });
     setupColours(d.colours);
     setupControls();
     if (d.flowgramFiles === 0) el('flowgram-note').textContent = d.flowgramNote;
-    // A link may name the window's first position and a read to open:
-    // contig-1.html#pos=101&read=NAME.
-    var wanted = new URLSearchParams(location.hash.slice(1));
-    show(+wanted.get('pos') || 1);
-    if (wanted.has('read')) {
-      var index = window.pelkrinReport.readIndex(wanted.get('read'));
-      if (index >= 0) openRead(index, function () { el('flowgram').scrollIntoView(); });
-    }
+    state.width = fittingWidth();
+    goToAddress(function () { if (state.openRead >= 0) el('flowgram').scrollIntoView(); });
+    window.addEventListener('hashchange', function () { if (location.hash !== addressText()) goToAddress(); });
   };
 
   // For a person at the console, and for tests that drive the page.
   window.pelkrinReport = {
     show: function (start, width) { show(start, width); },
     openRead: openRead,
-    state: function () { return { start: state.start, width: state.width, length: L, openRead: state.openRead }; },
-    readIndex: function (name) { for (var i = 0; i < reads.length; i++) if (reads[i][0] === name) return i; return -1; },
+    openColumn: openColumn,
+    state: function () {
+      return { start: state.start, width: state.width, length: L, openRead: state.openRead, column: state.column,
+               first: firstStart(), flowOrigin: current.flowOrigin, flowLast: current.flowLast };
+    },
+    readIndex: function (name) { return nameIndex.has(name) ? nameIndex.get(name) : -1; },
+    windowReads: function () { return current.shown.map(function (s) { return s.read[NAME]; }); },
+    rows: function () { return current.rows.map(function (row) { return row.map(function (s) { return s.read[NAME]; }); }); },
+    flowgramsLoaded: function () { return pending.size === 0; },
     lastStart: lastStart
   };
 

@@ -2,9 +2,7 @@
 
 #include <charconv>
 #include <string_view>
-#include <unordered_map>
 
-#include "views/display_rows.h"
 #include "views/flow_space.h"
 #include "view_tool/report/json_text.h"
 #include "view_tool/report/step_digits.h"
@@ -37,41 +35,13 @@ void append_flows(std::string& out, const std::vector<int32_t>& values) {
     out.push_back(']');
 }
 
-// The display rows with reads by number. A contig whose maps were never built
-// gets them without the maps, which cost much more on a deep contig; it is
-// measured as building them would.
-std::vector<std::vector<row_read>> rows_of(contig& c) {
-    if (c.print_map.empty() && c.pos_map.empty()) {
-        c.measure_reads();
-        return display_rows(c);
-    }
-    if (c.print_map.empty()) c.create_print_map();
-    std::unordered_map<std::string_view, uint32_t> number;
-    number.reserve(c.reads.size());
-    for (const auto& named : c.reads) number.emplace(named.first, static_cast<uint32_t>(number.size()));
-    std::vector<std::vector<row_read>> rows;
-    for (const auto& print_row : c.print_map) {
-        std::vector<row_read>& row = rows.emplace_back();
-        for (const auto& [p, name] : print_row) {
-            const auto found = number.find(name);
-            if (found != number.end()) row.push_back({p, found->second});
-        }
-    }
-    return rows;
-}
-
 }  // namespace
 
-void append_contig_data_js(std::string& out, contig& c, const colour_map& colours, const flowgram_places& places) {
-    const std::vector<std::vector<row_read>> rows = rows_of(c);
+void append_contig_data_js(std::string& out, const contig& c, const colour_map& colours, const flowgram_places& places) {
     const flow_space flows = build_flow_space(c);
 
     out.append("pelkrinContig({\"name\":");
     append_json_string(out, c.name);
-    out.append(",\"maxReadLen\":");
-    append_number(out, c.max_read_len);
-    out.append(",\"minReadLen\":");
-    append_number(out, c.min_read_len);
     out.append(",\"consensus\":");
     append_json_string(out, std::string_view(c.consensus.data(), c.consensus.size()));
     out.append(",\"flows\":");
@@ -94,7 +64,10 @@ void append_contig_data_js(std::string& out, contig& c, const colour_map& colour
     }
     out.append("]");
 
-    // Reads in name order: [name, padded start, padded length, bases, flowgram file].
+    // Reads in name order: [name, padded start, padded length, bases, flowgram
+    // file, alignment clip start and end (padded, 1-based, from the QA line),
+    // 1 when the read is complemented in the contig]. The page packs them into
+    // rows of its own for each window.
     out.append(",\"reads\":[");
     std::size_t k = 0;
     for (const auto& [name, read] : c.reads) {
@@ -109,23 +82,12 @@ void append_contig_data_js(std::string& out, contig& c, const colour_map& colour
         append_json_string(out, std::string_view(read.seq.data(), read.seq.size()));
         out.push_back(',');
         append_number(out, k < places.file_of_read.size() ? places.file_of_read[k] : -1);
-        out.push_back(']');
+        out.push_back(',');
+        append_number(out, read.align_start);
+        out.push_back(',');
+        append_number(out, read.align_end);
+        out.append(read.uncomplemented == 0 ? ",1]" : ",0]");
         ++k;
-    }
-    out.append("]");
-
-    // Display rows: pairs of padded start and read number, in ascending start.
-    out.append(",\"rows\":[");
-    for (std::size_t r = 0; r < rows.size(); ++r) {
-        if (r > 0) out.push_back(',');
-        out.push_back('[');
-        for (std::size_t i = 0; i < rows[r].size(); ++i) {
-            if (i > 0) out.push_back(',');
-            append_number(out, rows[r][i].pos);
-            out.push_back(',');
-            append_number(out, rows[r][i].read);
-        }
-        out.push_back(']');
     }
     out.append("],\"flowgramFiles\":");
     append_number(out, places.files);
@@ -134,7 +96,7 @@ void append_contig_data_js(std::string& out, contig& c, const colour_map& colour
     out.append("});\n");
 }
 
-std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_places& places) {
+std::string contig_data_js(const contig& c, const colour_map& colours, const flowgram_places& places) {
     std::string out;
     append_contig_data_js(out, c, colours, places);
     return out;

@@ -1,8 +1,8 @@
 #pragma once
 // A contig's alignment as data for the report page's script: the padded
 // consensus, the consensus in flow space with the first and last flow of
-// every position, the reads with their padded bases, and the display rows.
-// The page draws one window of it at a time.
+// every position, and the reads with their padded bases, places, alignment
+// clip ranges and directions. The page packs and draws one window at a time.
 #include <string>
 #include <vector>
 
@@ -26,9 +26,9 @@ struct flowgram_places {
 
 // Appends the text of the script file, one call of pelkrinContig({...}), to
 // `out`: a caller that writes many contigs keeps one buffer for them all.
-void append_contig_data_js(std::string& out, contig& c, const colour_map& colours, const flowgram_places& places);
+void append_contig_data_js(std::string& out, const contig& c, const colour_map& colours, const flowgram_places& places);
 
 // The text of the script file on its own.
-std::string contig_data_js(contig& c, const colour_map& colours, const flowgram_places& places);
+std::string contig_data_js(const contig& c, const colour_map& colours, const flowgram_places& places);
 
 }  // namespace pelkrin

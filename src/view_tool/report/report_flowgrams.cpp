@@ -66,6 +66,17 @@ contig_flowgrams contig_flowgram_files(const contig& c, std::string_view block, 
     std::size_t k = 0;
     for (const auto& named : c.reads) read_of.emplace(named.first, std::make_pair(k++, &named.second));
 
+    // Files hold reads in the order of their starts, so that a window of the
+    // page needs the files of a few neighbouring reads, not of every read.
+    std::vector<std::size_t> by_start(c.reads.size());
+    {
+        std::vector<std::pair<int32_t, std::size_t>> starts;
+        starts.reserve(c.reads.size());
+        std::size_t n = 0;
+        for (const auto& named : c.reads) starts.emplace_back(named.second.pos, n++);
+        std::sort(starts.begin(), starts.end());
+        for (std::size_t rank = 0; rank < starts.size(); ++rank) by_start[starts[rank].second] = rank;
+    }
     const std::size_t per_file = reads_per_file == 0 ? 1 : reads_per_file;
     std::size_t placed = 0;
     for (const read_entry& e : entries) {
@@ -74,9 +85,9 @@ contig_flowgrams contig_flowgram_files(const contig& c, std::string_view block, 
         if (found == read_of.end()) continue;
         int& place = result.places.file_of_read[found->second.first];
         if (place != -1) continue;
-        // Every read the reads file holds counts towards the files, so that a
-        // read not in the SFF file moves no other read to another file.
-        const std::size_t file = placed / per_file;
+        // A read's file follows from its place among the starts alone, so
+        // that a read not in the SFF file moves no other read to another file.
+        const std::size_t file = by_start[found->second.first] / per_file;
         ++placed;
         while (result.files.size() <= file) {
             result.files.emplace_back("pelkrinFlowgrams(");

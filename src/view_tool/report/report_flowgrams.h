@@ -1,8 +1,8 @@
 #pragma once
 // The flowgrams of a contig's reads, taken from its block of the reads file
 // that Pelkrin wrote with -f, as script files for the report page: each file
-// holds up to `reads_per_file` reads, so that the page loads only the file of
-// the read it opens.
+// holds up to `reads_per_file` reads, neighbours by their starts, so that the
+// page loads only the files of the reads it draws or opens.
 #include <cstddef>
 #include <string>
 #include <string_view>
