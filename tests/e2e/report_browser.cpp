@@ -71,6 +71,11 @@ std::string without_tags(const std::string& html) {
 }
 
 browser_results run_in_browser(const std::filesystem::path& page, const std::string& body, bool wait_for_loads) {
+    return run_in_browser(page, body, wait_for_loads, "", "");
+}
+
+browser_results run_in_browser(const std::filesystem::path& page, const std::string& body, bool wait_for_loads,
+                               const std::string& fragment, const std::string& window_size) {
     browser_results results;
     std::string html = read_file(page);
     const auto head = html.find("<head>");
@@ -90,8 +95,9 @@ browser_results run_in_browser(const std::filesystem::path& page, const std::str
                                      "--disable-background-networking", "--disable-component-update", "--disable-sync",
                                      "--user-data-dir=" + profile.string()};
     if (wait_for_loads) args.push_back("--virtual-time-budget=20000");
+    if (!window_size.empty()) args.push_back("--window-size=" + window_size);
     args.push_back("--dump-dom");
-    args.push_back("file://" + copy.string());
+    args.push_back("file://" + copy.string() + fragment);
     const program_result r = run_program(args);
     EXPECT_EQ(r.status, 0) << r.err;
     results.dom = r.out;

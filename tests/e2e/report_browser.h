@@ -25,6 +25,12 @@ struct browser_results {
 // script complete: the browser's clock runs virtually).
 browser_results run_in_browser(const std::filesystem::path& page, const std::string& body, bool wait_for_loads);
 
+// The same, the page opened with `fragment` as its address's fragment (from
+// '#' on, or empty) in a window of `window_size` ("WIDTH,HEIGHT", or empty
+// for the browser's own).
+browser_results run_in_browser(const std::filesystem::path& page, const std::string& body, bool wait_for_loads,
+                               const std::string& fragment, const std::string& window_size);
+
 // The text of HTML with its tags taken out.
 std::string without_tags(const std::string& html);
 

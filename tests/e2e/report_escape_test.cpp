@@ -78,7 +78,7 @@ put('name', document.getElementById('contig-name').textContent);
 put('reads', Array.prototype.map.call(document.querySelectorAll('#read-list li'), function (li) { return li.textContent; }).join('\n'));
 put('bold', document.querySelectorAll('#read-list b, pre.view b, pre.view img').length);
 var li = document.querySelector('#read-list li');
-window.pelkrinReport.openRead(+li.getAttribute('data-read'), function () {
+window.pelkrinReport.openRead(li.getAttribute('data-read'), function () {
   put('flowgramName', document.getElementById('flowgram-name').textContent);
   put('bars', document.querySelectorAll('#flowgram-svg rect.bar').length);
   put('pwned', typeof window.pwned);

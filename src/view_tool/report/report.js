@@ -43,7 +43,7 @@
   var colourClass = new Map(), colourText = new Map();
   var state = { start: 1, width: 120, openRead: -1, column: -1, dots: false };
   // What the window draws now: its reads, packed, and the flow of its first column.
-  var current = { shown: [], rows: [], flowOrigin: 0, flowLast: -1 };
+  var current = { shown: [], rows: [], flowOrigin: 0, flowLast: -1, consensusCounts: new Map() };
   var el = function (id) { return document.getElementById(id); };
 
   function esc(text) {
@@ -113,7 +113,13 @@
   }
 
   // The aligned part of a read as padded indexes, or null when it has none.
-  function alignedPart(r) { return r[CLIP_START] >= 1 && r[CLIP_END] >= r[CLIP_START] ? [r[CLIP_START] - 1, r[CLIP_END] - 1] : null; }
+  // A read without a QA line (0 and 0: Newbler's example writes none) is
+  // aligned whole; a range that is empty or below 1 (phrap's -1 -1) marks a
+  // read with no aligned part, drawn grey.
+  function alignedPart(r) {
+    if (r[CLIP_START] === 0 && r[CLIP_END] === 0) return [0, Math.max(0, r[LEN] - 1)];
+    return r[CLIP_START] >= 1 && r[CLIP_END] >= r[CLIP_START] ? [r[CLIP_START] - 1, r[CLIP_END] - 1] : null;
+  }
 
   // ---- qualities and flows of a read, from its entry in the reads file ----
   function numbers(text) { return text === '' ? [] : text.split(',').map(Number); }
@@ -205,24 +211,50 @@
     var k = consensusAt(q);
     return k !== null && c.toUpperCase() === k.toUpperCase() ? '=' : c === '*' ? '*' : 'd';
   }
+  // A piece's text is made when the piece is painted: most rows of a deep
+  // window are out of sight.
   function basePiece(s) {
-    var seq = s.read[SEQ], text = '';
     s.aligned = alignedPart(s.read);
+    return { index: s.index, base: s, text: null };
+  }
+  function baseText(s) {
+    var seq = s.read[SEQ], text = '';
     for (var q = s.a; q <= s.b; q++) {
       var j = q - s.p, c = charAt(seq, j);
       if (c === null) { text += ' '; continue; }
       text += state.dots && baseKind(s, j, q) === '=' ? '.' : c;
     }
-    return { index: s.index, text: text, base: s };
+    return text;
+  }
+  function pieceText(piece) {
+    if (piece.text === null) {
+      if (piece.base) piece.text = baseText(piece.base);
+      else {
+        var text = '', letters = '', same = [];
+        flowCells(piece.flow).forEach(function (cell) {
+          text += countDigit(cell.count);
+          letters += cell.letter;
+          same.push(current.consensusCounts.get(cell.f) === cell.count);
+        });
+        piece.text = text;
+        piece.letters = letters;
+        piece.same = same;
+      }
+    }
+    return piece.text;
   }
   // The class of each character of a piece: the kind of base (= same as the
   // consensus, d differs, * a pad, x clipped end) with its letter and its
   // quality bucket; flow counts take their flow's letter.
   function pieceClasses(piece) {
     var out = [];
+    pieceText(piece);
     if (!piece.base) {
+      // A flow count equal to the consensus' is muted, as a base is.
       var keys = piece.letters || piece.text;
-      for (var i = 0; i < piece.text.length; i++) out.push(colourClass.get(keys[i]) || '');
+      for (var i = 0; i < piece.text.length; i++) {
+        out.push(piece.same && piece.same[i] ? 'same' : (piece.same ? 'diff ' : '') + (colourClass.get(keys[i]) || ''));
+      }
       return out;
     }
     var s = piece.base, seq = s.read[SEQ];
@@ -238,7 +270,7 @@
     return out;
   }
   function paintPiece(piece) {
-    var text = piece.text, classes = pieceClasses(piece), out = '', i = 0;
+    var text = pieceText(piece), classes = pieceClasses(piece), out = '', i = 0;
     while (i < text.length) {
       var j = i + 1;
       while (j < text.length && classes[j] === classes[i]) j++;
@@ -248,24 +280,28 @@
     }
     return out;
   }
-  function lineHtml(line, coloured) {
+  // A line out of sight keeps its reads as empty elements that name them,
+  // and no text: a window of hundreds of rows then costs the browser little.
+  // The ruler and the consensus are always drawn, so the width stays.
+  function lineHtml(line, inSight) {
     var out = '';
     line.forEach(function (piece) {
-      if (typeof piece === 'number') { out += spaces(piece); return; }
+      if (typeof piece === 'number') { if (inSight) out += spaces(piece); return; }
       if (piece.index < 0) {
-        var body = coloured && piece.index === -1 ? paintPiece(piece) : esc(piece.text);
+        var body = inSight && piece.index === -1 ? paintPiece(piece) : esc(piece.text);
         out += '<span class="' + (piece.index === -1 ? 'head' : 'ruler') + '">' + body + '</span>';
         return;
       }
-      var name = esc(reads[piece.index][NAME]);
-      out += '<span class="read' + (piece.index === state.openRead ? ' open' : '') + '" data-read="' + name +
-             '" title="' + name + '">' + (coloured ? paintPiece(piece) : esc(piece.text)) + '</span>';
+      var name = esc(reads[piece.index][NAME]), open = piece.index === state.openRead ? ' open' : '';
+      out += inSight ? '<span class="read' + open + '" data-read="' + name + '" title="' + name + '">' +
+                       paintPiece(piece) + '</span>'
+                     : '<span class="read' + open + '" data-read="' + name + '"></span>';
     });
     return out;
   }
 
   var views = {};
-  // Lines [from, from + 48) of the view are coloured.
+  // Lines [from, from + 48) of the view are drawn; the view shows some 27.
   function paintView(id, from) {
     var v = views[id], html = [], to = from + 48;
     v.from = from;
@@ -369,10 +405,11 @@
     }
     return cells;
   }
+  // A read's piece of the flow view: one column for each consensus flow that
+  // its drawn positions span.
   function flowPiece(s) {
-    var text = '', letters = '';
-    flowCells(s).forEach(function (cell) { text += countDigit(cell.count); letters += cell.letter; });
-    return { index: s.index, text: text, letters: letters, start: flowStart(s.a - 1) };
+    var start = flowStart(s.a - 1), end = Math.min(flowEnd(s.b - 1), data.flows.length - 1);
+    return { index: s.index, flow: s, text: null, start: start, length: Math.max(0, end - start + 1) };
   }
 
   function flowLines(first, width) {
@@ -381,17 +418,28 @@
     for (var f = origin; f <= fe; f++) if (data.flows[f] !== undefined) header += data.flows[f];
     current.flowOrigin = origin;
     current.flowLast = origin + header.length - 1;
+    // The consensus' own count at each flow, as a read's is counted.
+    var counts = '';
+    current.consensusCounts = new Map();
+    if (L > 0 && e >= 1) {
+      var whole = { read: ['', 1, L, data.consensus], p: 1, a: Math.max(first, 1), b: e };
+      flowCells(whole).forEach(function (cell) {
+        current.consensusCounts.set(cell.f, cell.count);
+        counts += spaces(cell.f - origin - counts.length) + countDigit(cell.count);
+      });
+    }
     var lines = [[{ index: -2, text: ruler(Math.max(first, 1), e, function (q) { return flowStart(q - 1) - origin; },
                                            header.length) }],
-                 [{ index: -1, text: header }]];
-    var names = ['position', 'consensus'];
+                 [{ index: -1, text: header }],
+                 [{ index: -2, text: counts }]];
+    var names = ['position', 'consensus', 'its counts'];
     current.rows.forEach(function (row) {
       var column = 0, line = [];
       row.forEach(function (sr) {
         var piece = flowPiece(sr), gap = piece.start - origin - column;
         if (gap > 0) { line.push(gap); column += gap; }
         line.push(piece);
-        column += piece.text.length;
+        column += piece.length;
       });
       lines.push(line);
       names.push(rowNames(row));
