@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <sstream>
@@ -400,6 +401,106 @@ TEST(ReportTool, EveryReadOfTheExampleHasItsFlowgram) {
         }
     }
     EXPECT_EQ(reads, 57u);
+}
+
+// ---- The index page's totals and flowgrams
+
+// The text of the index page's paragraph `<p class="facts" id="ID">`.
+std::string index_facts(const fs::path& report, const std::string& id) {
+    const std::string page = read_file(report / "index.html");
+    const std::string open = "<p class=\"facts\" id=\"" + id + "\">";
+    const std::size_t at = page.find(open);
+    if (at == std::string::npos) return "(no paragraph " + id + ")";
+    const std::size_t from = at + open.size();
+    return page.substr(from, page.find("</p>", from) - from);
+}
+
+// The totals sentence of an ACE text, counted from its lines: its CO lines,
+// its RD lines, and the consensus letters under each CO line up to the blank
+// line that ends them, pads left out.
+std::string totals_counted_in(const std::string& ace) {
+    int64_t contigs = 0;
+    int64_t reads = 0;
+    std::vector<int64_t> lengths;
+    bool consensus = false;
+    std::istringstream lines(ace);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.rfind("CO ", 0) == 0) {
+            ++contigs;
+            lengths.push_back(0);
+            consensus = true;
+        } else if (line.empty()) {
+            consensus = false;
+        } else if (consensus) {
+            const auto pads = std::count(line.begin(), line.end(), '*');
+            lengths.back() += static_cast<int64_t>(line.size()) - static_cast<int64_t>(pads);
+        } else if (line.rfind("RD ", 0) == 0) {
+            ++reads;
+        }
+    }
+    int64_t total = 0;
+    for (const int64_t n : lengths) total += n;
+    std::sort(lengths.rbegin(), lengths.rend());
+    int64_t n50 = 0;
+    int64_t held = 0;
+    for (const int64_t n : lengths) {
+        held += n;
+        if (2 * held >= total) {
+            n50 = n;
+            break;
+        }
+    }
+    return std::to_string(contigs) + " contigs, " + std::to_string(reads) + " reads; total length " +
+           std::to_string(total) + " bases, N50 " + std::to_string(n50) + " bases (pads not counted).";
+}
+
+TEST(ReportTool, TheIndexStatesTheAssemblysTotalsWithoutPads) {
+    const fs::path dir = scratch_dir();
+    fs::copy_file(example_ace(), dir / "example.ace");
+    ASSERT_EQ(report_in(dir, "example.ace", "r").status, 0);
+    const std::string text = read_file(example_ace());
+    const std::string totals = totals_counted_in(text);
+    // The counts as the AS line gives them, and pads among the consensus letters.
+    ASSERT_EQ(totals.rfind("3 contigs, 57 reads; ", 0), 0u) << totals;
+    ASSERT_EQ(text.rfind("AS 3 57\n", 0), 0u);
+    ASSERT_NE(text.find("*", text.find("CO ")), std::string::npos);
+    EXPECT_EQ(index_facts(dir / "r", "totals"), totals);
+    // Above the plot of the lengths.
+    const std::string index = read_file(dir / "r" / "index.html");
+    EXPECT_LT(index.find("id=\"totals\""), index.find("<h2>Padded lengths</h2>"));
+}
+
+// Flowgrams as Pelkrin -f writes them, none beside the ACE file, or a reads
+// file of qualities alone (Pelkrin without -f: 1 line a read in the location
+// index): the index page tells which. Names as the report gives them, escaped.
+TEST(ReportTool, TheIndexSaysWhetherThereAreFlowgrams) {
+    const fs::path dir = scratch_dir();
+    fs::create_directory(dir / "R&D");
+    for (const char* name : {"example.ace", "example.sff"}) {
+        fs::copy_file(source_file(std::string("example/") + name), dir / "R&D" / name);
+    }
+    ASSERT_EQ(report_in(dir, "R&D/example.ace", "none").status, 0);
+    EXPECT_EQ(index_facts(dir / "none", "flowgram-state"),
+              "No flowgrams: there is no R&amp;D/example.qdx beside the ACE file (run Pelkrin -f on it).");
+
+    ASSERT_EQ(run_program({PELKRIN_BINARY, "R&D/example.ace", "R&D/example.sff"}, dir).status, 0);
+    ASSERT_NE(read_file(dir / "R&D" / "example.qdx").find("\t20\t1\n"), std::string::npos);
+    ASSERT_EQ(report_in(dir, "R&D/example.ace", "qualities").status, 0);
+    EXPECT_EQ(index_facts(dir / "qualities", "flowgram-state"),
+              "No flowgrams: Pelkrin wrote R&amp;D/example.reads without -f, so it holds qualities only (run Pelkrin "
+              "-f on the ACE file).");
+
+    ASSERT_EQ(run_program({PELKRIN_BINARY, "-f", "R&D/example.ace", "R&D/example.sff"}, dir).status, 0);
+    ASSERT_NE(read_file(dir / "R&D" / "example.qdx").find("\t20\t3\n"), std::string::npos);
+    ASSERT_EQ(report_in(dir, "R&D/example.ace", "flows").status, 0);
+    EXPECT_EQ(index_facts(dir / "flows", "flowgram-state"),
+              "Flowgrams: from R&amp;D/example.reads; click a read on a contig's page to see its flowgram.");
+
+    // The totals are the same in each.
+    const std::string totals = totals_counted_in(read_file(example_ace()));
+    for (const char* report : {"none", "qualities", "flows"}) {
+        EXPECT_EQ(index_facts(dir / report, "totals"), totals) << report;
+    }
 }
 
 // ---- Outputs over inputs

@@ -1,5 +1,7 @@
 #include "view_tool/report/report_pages.h"
 
+#include <cstdint>
+
 #include "view_tool/report/decimal_text.h"
 #include "view_tool/html_page.h"
 #include "view_tool/report/report_plots.h"
@@ -21,15 +23,33 @@ std::string page_head(const std::string& title) {
         .append("</title>\n<link rel=\"stylesheet\" href=\"pelkrin-report.css\">\n</head>\n");
 }
 
+// "1 contig", "3 contigs".
+std::string counted(int64_t n, const char* one, const char* many) {
+    return std::to_string(n).append(" ").append(n == 1 ? one : many);
+}
+
 }  // namespace
 
 std::string contig_file_stem(std::size_t ordinal) { return std::string("contig-").append(std::to_string(ordinal)); }
 
-std::string index_page(const std::vector<contig_summary>& contigs, const std::string& ace_file) {
+std::string index_page(const std::vector<contig_summary>& contigs, const std::string& ace_file,
+                       const flowgram_state& flowgrams) {
     const std::string file = html_escape(ace_file);
     std::string out = page_head(std::string("Contigs of ").append(file));
     out.append("<body class=\"index\">\n<h1>Contigs of ").append(file).append("</h1>\n");
-    out.append("<p class=\"facts\">").append(std::to_string(contigs.size())).append(" contigs.</p>\n");
+    const assembly_totals totals = total_up(contigs);
+    out.append("<p class=\"facts\" id=\"totals\">").append(counted(totals.contigs, "contig", "contigs"));
+    out.append(", ").append(counted(totals.reads, "read", "reads"));
+    out.append("; total length ").append(counted(totals.length, "base", "bases"));
+    out.append(", N50 ").append(counted(totals.n50, "base", "bases")).append(" (pads not counted).</p>\n");
+    out.append("<p class=\"facts\" id=\"flowgram-state\">");
+    if (flowgrams.reads_file.empty()) {
+        out.append(html_escape(flowgrams.note));
+    } else {
+        out.append("Flowgrams: from ").append(html_escape(flowgrams.reads_file));
+        out.append("; click a read on a contig's page to see its flowgram.");
+    }
+    out.append("</p>\n");
     out.append("<h2>Padded lengths</h2>\n").append(length_plot_svg(contigs));
     out.append(
         "<h2>Contigs</h2>\n<p class=\"hint\">Click a column's heading to sort by it; click again to reverse.</p>\n"

@@ -14,9 +14,18 @@ namespace pelkrin {
 // (.html), its data (.js) and its flowgram files (-flowgrams-K.js).
 std::string contig_file_stem(std::size_t ordinal);
 
-// Every contig with its padded length, reads and mean depth, sortable by each
-// column, under a plot of the lengths.
-std::string index_page(const std::vector<contig_summary>& contigs, const std::string& ace_file);
+// Whether the contig pages can show flowgrams: the reads file they come
+// from, or else why they cannot.
+struct flowgram_state {
+    std::string reads_file;  // empty: no flowgrams
+    std::string note;        // why there are none
+};
+
+// The assembly's totals and whether there are flowgrams, then every contig
+// with its padded length, reads and mean depth, sortable by each column,
+// under a plot of the lengths.
+std::string index_page(const std::vector<contig_summary>& contigs, const std::string& ace_file,
+                       const flowgram_state& flowgrams);
 
 // Where a contig page finds its data: the script text of the alignment
 // (pelkrinContig(...)) and of its flowgram files (pelkrinFlowgrams(...)),

@@ -61,6 +61,17 @@ public:
         }
         for (const qdx_entry& e : index_.entries) offsets_.push_back(e.offset);
         std::sort(offsets_.begin(), offsets_.end());
+        // Pelkrin writes every entry with the same lines per read: 3 with -f, 1 without.
+        const bool flows = std::any_of(index_.entries.begin(), index_.entries.end(),
+                                       [](const qdx_entry& e) { return e.lines_per_read >= 3; });
+        if (flows) {
+            reads_file_ = reads_file_name(prefix);
+        } else if (index_.entries.empty()) {
+            note_ = "No flowgrams: " + index_name + " lists no contigs.";
+        } else {
+            note_ = "No flowgrams: Pelkrin wrote " + reads_file_name(prefix) +
+                    " without -f, so it holds qualities only (run Pelkrin -f on the ACE file).";
+        }
     }
     reads_source(const reads_source&) = delete;
     reads_source& operator=(const reads_source&) = delete;
@@ -81,11 +92,15 @@ public:
         return contig_flowgram_files(c, block, *entry, reads_per_flowgram_file);
     }
 
+    // What the index page says of the flowgrams.
+    flowgram_state state() const { return {reads_file_, note_}; }
+
 private:
     qdx_table index_;
     std::vector<int64_t> offsets_;  // of the entries, sorted, to find where a block ends
     input_file reads_;
-    std::string note_;  // why there are no flowgrams, when there are none
+    std::string reads_file_;  // the flowgrams' file, when it holds any
+    std::string note_;        // why there are no flowgrams, when there are none
 };
 
 struct contig_job {
@@ -255,7 +270,7 @@ void write_report(const std::string& ace_file, const std::string& folder_name, c
                 workers.add(std::move(job));
             }
             try {
-                folder.write("index.html", index_page(workers.finish(), ace_file));
+                folder.write("index.html", index_page(workers.finish(), ace_file, source.state()));
                 folder.put_in_place();
             } catch (...) {  // the reader's error is the one to tell; the earlier report stays
             }
@@ -266,7 +281,7 @@ void write_report(const std::string& ace_file, const std::string& folder_name, c
         // the file stops short of what it began, as Pelkrin tells it.
         unread = incomplete_reading(reader);
     }
-    folder.write("index.html", index_page(summaries, ace_file));
+    folder.write("index.html", index_page(summaries, ace_file, source.state()));
     folder.put_in_place();
     if (!unread.empty()) throw fatal_error(1, unread);
     messages.out << "Pelkrin-view: report of " << summaries.size() << " contigs written to "

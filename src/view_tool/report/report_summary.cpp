@@ -1,6 +1,8 @@
 #include "view_tool/report/report_summary.h"
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 namespace pelkrin {
 
@@ -8,6 +10,7 @@ contig_summary summarise_contig(const contig& c, std::size_t max_bins) {
     contig_summary s;
     s.name = c.name;
     s.length = static_cast<int64_t>(c.consensus.size());
+    s.unpadded_length = s.length - std::count(c.consensus.begin(), c.consensus.end(), '*');
     s.reads = static_cast<int64_t>(c.reads.size());
     if (s.length == 0) return s;
 
@@ -40,6 +43,34 @@ contig_summary summarise_contig(const contig& c, std::size_t max_bins) {
         s.max_depth = std::max(s.max_depth, bin);
     }
     return s;
+}
+
+int64_t n50_length(std::vector<int64_t> lengths) {
+    int64_t total = 0;
+    for (const int64_t length : lengths) total += length;
+    if (total <= 0) return 0;
+    std::sort(lengths.begin(), lengths.end(), std::greater<>());
+    int64_t held = 0;
+    for (const int64_t length : lengths) {
+        held += length;
+        // Twice what is held, against the total: no rounding of an odd half.
+        if (2 * held >= total) return length;
+    }
+    return 0;
+}
+
+assembly_totals total_up(const std::vector<contig_summary>& contigs) {
+    assembly_totals t;
+    std::vector<int64_t> lengths;
+    lengths.reserve(contigs.size());
+    for (const contig_summary& s : contigs) {
+        t.reads += s.reads;
+        t.length += s.unpadded_length;
+        lengths.push_back(s.unpadded_length);
+    }
+    t.contigs = static_cast<int64_t>(contigs.size());
+    t.n50 = n50_length(std::move(lengths));
+    return t;
 }
 
 }  // namespace pelkrin

@@ -99,6 +99,99 @@ TEST(ReportSummary, DepthCountsReadsWithinTheConsensus) {
     EXPECT_EQ(binned.depth_bins, (std::vector<int32_t>{2, 1, 0}));
 }
 
+// Pads are no bases: a contig's unpadded length leaves them out.
+TEST(ReportSummary, TheUnpaddedLengthLeavesPadsOut) {
+    contig c = two_reads();
+    EXPECT_EQ(summarise_contig(c, 1000).unpadded_length, 10);
+    c.consensus = {'*', 'A', 'C', '*', '*', 'G', 'T', 'a', 'n', '*'};
+    const contig_summary s = summarise_contig(c, 1000);
+    EXPECT_EQ(s.length, 10);
+    EXPECT_EQ(s.unpadded_length, 6);
+    c.consensus = {'*', '*'};
+    EXPECT_EQ(summarise_contig(c, 1000).unpadded_length, 0);
+}
+
+contig_summary of_lengths(int64_t padded, int64_t unpadded, int64_t reads) {
+    contig_summary s;
+    s.length = padded;
+    s.unpadded_length = unpadded;
+    s.reads = reads;
+    return s;
+}
+
+// Worked by hand: 2 + 3 + ... + 10 = 54; from the longest, 10 + 9 + 8 = 27
+// reaches half of it, so the N50 is 8.
+TEST(ReportSummary, N50IsTheLengthAtWhichTheLongestContigsHoldHalfTheTotal) {
+    EXPECT_EQ(n50_length({2, 3, 4, 5, 6, 7, 8, 9, 10}), 8);
+    EXPECT_EQ(n50_length({10, 2, 9, 3, 8, 4, 7, 5, 6}), 8);  // in any order
+    EXPECT_EQ(n50_length({7}), 7);
+    EXPECT_EQ(n50_length({}), 0);
+    EXPECT_EQ(n50_length({0, 0}), 0);
+    EXPECT_EQ(n50_length({5, 5}), 5);
+    EXPECT_EQ(n50_length({1, 1, 4}), 4);     // 4 of 6: at least half
+    EXPECT_EQ(n50_length({2, 2, 1}), 2);     // 2 of 5 is short of half; 4 of 5 is not
+    EXPECT_EQ(n50_length({3, 3, 2, 2}), 3);  // 3 of 10, then 6
+    EXPECT_EQ(n50_length({1, 1, 1, 1, 6}), 6);
+}
+
+TEST(ReportSummary, TotalsCountUnpaddedLengthsAndEveryContigsReads) {
+    std::vector<contig_summary> contigs;
+    for (int64_t n = 2; n <= 10; ++n) contigs.push_back(of_lengths(n + 3, n, n - 1));  // 3 pads each
+    const assembly_totals t = total_up(contigs);
+    EXPECT_EQ(t.contigs, 9);
+    EXPECT_EQ(t.reads, 45);
+    EXPECT_EQ(t.length, 54);
+    EXPECT_EQ(t.n50, 8);
+
+    const assembly_totals one = total_up({of_lengths(12, 9, 1)});
+    EXPECT_EQ(one.contigs, 1);
+    EXPECT_EQ(one.reads, 1);
+    EXPECT_EQ(one.length, 9);
+    EXPECT_EQ(one.n50, 9);
+
+    const assembly_totals none = total_up({});
+    EXPECT_EQ(none.contigs, 0);
+    EXPECT_EQ(none.reads, 0);
+    EXPECT_EQ(none.length, 0);
+    EXPECT_EQ(none.n50, 0);
+
+    // Padded, the longest contig would hold half of the total alone.
+    const assembly_totals pads = total_up({of_lengths(100, 10, 2), of_lengths(40, 30, 3), of_lengths(30, 30, 4)});
+    EXPECT_EQ(pads.length, 70);
+    EXPECT_EQ(pads.n50, 30);
+    EXPECT_EQ(pads.reads, 9);
+}
+
+// The text between `<p class="facts" id="ID">` and `</p>` on a page.
+std::string facts(const std::string& page, const std::string& id) {
+    const std::string open = "<p class=\"facts\" id=\"" + id + "\">";
+    const std::size_t at = page.find(open);
+    if (at == std::string::npos) return "(no paragraph " + id + ")";
+    const std::size_t from = at + open.size();
+    return page.substr(from, page.find("</p>", from) - from);
+}
+
+TEST(ReportPages, TheIndexStatesTheTotalsAndWhetherThereAreFlowgrams) {
+    const std::vector<contig_summary> contigs = {of_lengths(260, 250, 20), of_lengths(250, 239, 20),
+                                                 of_lengths(215, 212, 17)};
+    const std::string with = index_page(contigs, "a.ace", {"a.reads", ""});
+    EXPECT_EQ(facts(with, "totals"), "3 contigs, 57 reads; total length 701 bases, N50 239 bases (pads not counted).");
+    EXPECT_EQ(facts(with, "flowgram-state"),
+              "Flowgrams: from a.reads; click a read on a contig's page to see its flowgram.");
+    // Both above the plot of the lengths.
+    EXPECT_LT(with.find("id=\"flowgram-state\""), with.find("<svg"));
+    EXPECT_LT(with.find("id=\"totals\""), with.find("<svg"));
+
+    const std::string without = index_page(contigs, "a.ace", {"", "No flowgrams: there is none."});
+    EXPECT_EQ(facts(without, "flowgram-state"), "No flowgrams: there is none.");
+    EXPECT_EQ(facts(without, "totals"), facts(with, "totals"));
+
+    EXPECT_EQ(facts(index_page({of_lengths(3, 1, 1)}, "a.ace", {}), "totals"),
+              "1 contig, 1 read; total length 1 base, N50 1 base (pads not counted).");
+    EXPECT_EQ(facts(index_page({}, "a.ace", {}), "totals"),
+              "0 contigs, 0 reads; total length 0 bases, N50 0 bases (pads not counted).");
+}
+
 TEST(ReportFlowgrams, SplitsTheReadsIntoFilesAndPlacesEachRead) {
     const contig c = two_reads();
     const std::string block = "r1\t1\n30\t31\n0\t1\n100\t200\nr2\t1\n\n\n0\t0\n>Next\t0\t3\n";
@@ -160,10 +253,14 @@ TEST(ReportPages, NamesAreEscapedOnThePages) {
     contig_summary s;
     s.name = "<b>\"x\"";
     s.length = 3;
-    const std::string index = index_page({s}, "a<c>.ace");
+    const std::string index = index_page({s}, "a<c>.ace", {"a<c>.reads", ""});
     EXPECT_NE(index.find("&lt;b&gt;&quot;x&quot;"), std::string::npos);
     EXPECT_EQ(index.find("<b>"), std::string::npos);
     EXPECT_EQ(index.find("a<c>"), std::string::npos);
+    EXPECT_NE(index.find("from a&lt;c&gt;.reads;"), std::string::npos);
+    const std::string noted = index_page({s}, "a.ace", {"", "No flowgrams: <i>.qdx & more"});
+    EXPECT_NE(noted.find("No flowgrams: &lt;i&gt;.qdx &amp; more"), std::string::npos);
+    EXPECT_EQ(noted.find("<i>"), std::string::npos);
     const std::string page = contig_page(s, 1, true, "a.ace", {});
     EXPECT_EQ(page.find("<b>"), std::string::npos);
     EXPECT_NE(page.find("<script src=\"contig-1.js\">"), std::string::npos);
