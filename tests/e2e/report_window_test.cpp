@@ -615,8 +615,9 @@ function wait() {
     put('name', document.getElementById('column-name').textContent);
     put('lines', document.querySelectorAll('#column-svg line.length').length);
     put('hidden', document.getElementById('column').hidden);
+    put('hash', location.hash);
     finish();
-  }, 100);
+  }, 300);
 }
 wait();
 )", true);
@@ -626,6 +627,19 @@ wait();
     EXPECT_NE(r.values.at("name").find("flow " + std::to_string(flow + 1) + " of the consensus (" + std::string(1, letter) + ")"),
               std::string::npos) << r.values.at("name");
     EXPECT_GE(std::stoi(r.values.at("lines")), 4);  // homopolymer lengths 1, 2, 3, 4...
+    // The address names the column, counted from 1, and opens it again.
+    const std::string hash = "#pos=" + std::to_string(q1 - 30) + "&width=80&column=" + std::to_string(flow + 1);
+    EXPECT_EQ(r.values.at("hash"), hash);
+    const browser_results again = run_in_browser(report / "contig-1.html", R"(
+setTimeout(function () {
+  put('column', window.pelkrinReport.state().column);
+  put('hidden', document.getElementById('column').hidden);
+  finish();
+}, 100);
+)", true, hash, "");
+    ASSERT_TRUE(again.values.count("errors")) << again.dom.substr(0, 2000);
+    EXPECT_EQ(again.values.at("column"), std::to_string(flow));
+    EXPECT_EQ(again.values.at("hidden"), "false");
     std::map<std::string, int> marks_of;
     std::map<int, int> called_counts;
     for (const std::string& line : lines_of(r.values.at("marks"))) {

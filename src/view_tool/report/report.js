@@ -455,7 +455,8 @@
   var addressTimer = null;
   function addressText() {
     return '#pos=' + state.start + '&width=' + state.width +
-      (state.openRead >= 0 ? '&read=' + encodeURIComponent(reads[state.openRead][NAME]) : '');
+      (state.openRead >= 0 ? '&read=' + encodeURIComponent(reads[state.openRead][NAME]) : '') +
+      (state.column >= 0 ? '&column=' + (state.column + 1) : '');
   }
   function writeAddressSoon() {
     if (addressTimer !== null) clearTimeout(addressTimer);
@@ -707,10 +708,12 @@
     state.column = f;
     el('column').hidden = false;
     drawColumn();
+    writeAddressSoon();
   }
   function closeColumn() {
     state.column = -1;
     el('column').hidden = true;
+    writeAddressSoon();
   }
 
   function drawColumn() {
@@ -831,7 +834,8 @@
     }
   }
 
-  // A place named in the address: #pos=START&width=WIDTH&read=NAME, each optional.
+  // A place named in the address: #pos=START&width=WIDTH&read=NAME&column=FLOW
+  // (the consensus flow, from 1, whose signals are shown), each optional.
   function goToAddress(done) {
     var wanted = new URLSearchParams(location.hash.slice(1));
     var width = +wanted.get('width') || (wanted.has('pos') ? state.width : fittingWidth());
@@ -839,6 +843,10 @@
     if (wanted.has('pos')) show(+wanted.get('pos'), width);
     else if (index >= 0) { state.width = Math.max(10, Math.min(1000, width)); show(reads[index][POS] - 5); }
     else show(1, width);
+    if (wanted.has('column')) {
+      openColumn(+wanted.get('column') - 1);
+      if (state.column >= 0 && index < 0) el('column').scrollIntoView();
+    }
     if (index >= 0) {
       bringIntoView(index);
       openRead(index, done);
