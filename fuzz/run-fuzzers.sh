@@ -98,6 +98,7 @@ fi
 seconds=$mode
 
 status=0
+failed=()
 for target in "${targets[@]}"; do
   # Pelkrin-bam's target is built only where htslib is.
   if [[ ! -x out/fuzz/fuzz/fuzz_$target ]]; then
@@ -117,9 +118,15 @@ for target in "${targets[@]}"; do
     echo "!! $target failed: see out/fuzz-$target.log and $artifacts"
     tail -n 30 "out/fuzz-$target.log"
     status=1
+    failed+=("$target")
   fi
   grep -E '^stat::(number_of_executed_units|peak_rss_mb)|Done [0-9]+ runs' "out/fuzz-$target.log" || true
   cat "out/fuzz-$target.cpu" 2>/dev/null || true
   echo "corpus: $(ls "$corpus" | wc -l) inputs"
+done
+# Said again last: whoever reads only the end of a long log sees which failed and how.
+for target in "${failed[@]}"; do
+  echo "!! $target failed ($(ls "out/fuzz-artifacts/$target" | head -n 3 | tr '\n' ' ')):"
+  grep -m 3 -E 'ERROR|SUMMARY|deadly|timeout|out-of-memory|malloc' "out/fuzz-$target.log" | sed 's/^/   /'
 done
 exit $status
