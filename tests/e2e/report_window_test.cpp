@@ -251,8 +251,8 @@ protected:
         if (!fs::exists(chromium_path)) GTEST_SKIP() << "Chromium is not installed at " << chromium_path;
     }
 
-    // Windows of 60 and of 400 positions at the first start, at position 1,
-    // in the middle and at the end of every contig of `ace`: the reads drawn
+    // Windows of 60 and of 400 positions at the first start, at positions 0
+    // and 1, in the middle and at the end of every contig of `ace`: the reads drawn
     // in each view are exactly those whose bases reach into the window, each
     // once, packed into rows where no two come closer than a gap of one.
     void expect_every_read_in_its_windows(const fs::path& ace) {
@@ -264,7 +264,8 @@ protected:
             const int64_t length = static_cast<int64_t>(contig.consensus.size());
             std::vector<std::pair<int64_t, int64_t>> windows;  // asked start, width
             for (int64_t width : {60, 400}) {
-                for (int64_t start : {contig.lowest(), int64_t{1}, (length + 1) / 2 - width / 2, contig.highest() - width + 1})
+                for (int64_t start : {contig.lowest(), int64_t{0}, int64_t{1}, (length + 1) / 2 - width / 2,
+                                      contig.highest() - width + 1})
                     windows.emplace_back(start, width);
             }
             std::string list = "[";

@@ -469,7 +469,9 @@
   // Draws the window of `width` positions from `start`, at once.
   function show(start, width) {
     if (width !== undefined) state.width = Math.max(10, Math.min(1000, Math.floor(width) || state.width));
-    state.start = Math.max(firstStart(), Math.min(lastStart(), Math.floor(start) || 1));
+    // Positions may be 0 or below: reads that start left of position 1 are shown there.
+    var asked = Math.floor(start);
+    state.start = Math.max(firstStart(), Math.min(lastStart(), isFinite(asked) ? asked : 1));
     var last = state.start + state.width - 1;
     current.shown = windowReads(state.start, last);
     current.rows = pack(current.shown);
