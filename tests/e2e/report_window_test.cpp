@@ -394,6 +394,70 @@ std::string style_call(const std::string& key, const drawn_base& b) {
 char drawn_char(const std::string& style) { return style.empty() ? 0 : style[0]; }
 std::string look(const std::string& style) { return style.size() > 2 ? style.substr(2) : style; }
 
+// The flow view of a small contig: a homopolymer that two reads of one base
+// row share, a read that starts left of position 1, a pad at a window's
+// first position and lower-case bases. Every read's flow counts add up to
+// its bases over the consensus (1 to L), and no row runs past the
+// consensus flows.
+TEST_F(ReportWindow, FlowCountsOfEachReadAddUpToItsBasesOverTheConsensus) {
+    const fs::path dir = scratch_dir();
+    //                             1234567890123 and on, where no read reaches
+    const std::string consensus = "ACGTTTTAC*GTAACGTACGTACGT";
+    struct placed { const char* name; int64_t pos; const char* seq; };
+    const std::vector<placed> placed_reads = {
+        {"r1", 1, "ACGTT"},        // 1-5, ends inside the run of T's
+        {"r2", 7, "TAC*GTA"},      // 7-13, starts inside it, one position after r1's end
+        {"r3", -2, "GGGACGT"},     // -2-4, three bases left of position 1
+        {"r4", 3, "gtttTac*gta"},  // 3-13, lower case
+    };
+    std::string ace = "AS 1 " + std::to_string(placed_reads.size()) + "\n\nCO Small " +
+                      std::to_string(consensus.size()) + " " + std::to_string(placed_reads.size()) + " 0 U\n" +
+                      consensus + "\n\nBQ\n";
+    for (char c : consensus)
+        if (c != '*') ace += " 30";
+    ace += "\n\n";
+    for (const placed& r : placed_reads) ace += std::string("AF ") + r.name + " U " + std::to_string(r.pos) + "\n";
+    ace += "BS 1 25 r4\n";
+    for (const placed& r : placed_reads) {
+        const std::string len = std::to_string(std::string(r.seq).size());
+        ace += std::string("\nRD ") + r.name + " " + len + " 0 0\n" + r.seq + "\n\nQA 1 " + len + " 1 " + len +
+               "\nDS CHROMAT_FILE: " + r.name + "\n";
+    }
+    write_file(dir / "small.ace", ace + "\n");
+    const fs::path report = report_of(dir / "small.ace", dir / "report");
+    const browser_results r = run_in_browser(report / "contig-1.html", R"(
+var R = window.pelkrinReport, view = document.getElementById('flow-view');
+[[-2, 20], [1, 20], [10, 10]].forEach(function (w, i) {
+  R.show(w[0], w[1]);
+  var lines = view.textContent.split('\n');
+  put('header' + i, lines[1]);
+  // r2 shares the flow of the T's with r1 and r3 (a row of bases may hold
+  // them), so no row of flows holds r2 and either.
+  put('shared' + i, view.innerHTML.split('\n').some(function (l) {
+    return l.indexOf('data-read="r2"') >= 0 && (l.indexOf('data-read="r1"') >= 0 || l.indexOf('data-read="r3"') >= 0);
+  }));
+  put('longest' + i, Math.max.apply(null, lines.slice(3).map(function (l) { return l.length; })));
+  put('sums' + i, Array.prototype.map.call(view.querySelectorAll('[data-read]'), function (e) {
+    var sum = 0;
+    for (var k = 0; k < e.textContent.length; k++) sum += parseInt(e.textContent[k], 36);
+    return e.getAttribute('data-read') + ':' + sum;
+  }).sort().join(' '));
+});
+finish();
+)", false);
+    ASSERT_TRUE(r.values.count("errors")) << r.dom.substr(0, 2000);
+    EXPECT_EQ(r.values.at("errors"), "");
+    for (int i = 0; i < 2; ++i) {
+        const std::string k = std::to_string(i);
+        EXPECT_LE(std::stoul(r.values.at("longest" + k)), r.values.at("header" + k).size()) << "a row runs past the flows";
+        EXPECT_EQ(r.values.at("shared" + k), "false") << "two reads on one flow of a row";
+        // Bases over positions 1 to 13: r1 5, r2 6, r3 4 (ACGT), r4 10.
+        EXPECT_EQ(r.values.at("sums" + k), "r1:5 r2:6 r3:4 r4:10") << "window " << k;
+    }
+    // From the pad at position 10: r2's and r4's runs from the C before it (9) on.
+    EXPECT_EQ(r.values.at("sums2"), "r2:4 r4:4");
+}
+
 TEST_F(ReportWindow, AMismatchAPadAndAClippedBaseAreDrawnUnlikeAMatchingBase) {
     // phrap's contigs, with their QA lines; no reads file, so no shading.
     const fs::path ace = assembly(scratch_dir(), "tests/data/contig1.ace", "", true);
@@ -517,6 +581,12 @@ setTimeout(function () {
     EXPECT_EQ(back.values.at("open"), "true");
     EXPECT_EQ(back.values.at("shown"), "true");
     EXPECT_NE(back.values.at("bars"), "0");
+
+    // A width that is no whole number is taken whole.
+    const browser_results fractional = run_in_browser(report / "contig-1.html", opened, true, "#width=50.5&read=" + name, "");
+    ASSERT_TRUE(fractional.values.count("errors")) << fractional.dom.substr(0, 2000);
+    EXPECT_EQ(fractional.values.at("errors"), "");
+    EXPECT_EQ(fractional.values.at("width"), "50");
 
     // A link that names only a read far from position 1 brings it into the window.
     const ace_read* far = &contig.reads[0];

@@ -37,7 +37,7 @@
   // alignment clip start, alignment clip end, 1 when complemented].
   var NAME = 0, POS = 1, LEN = 2, SEQ = 3, FILE = 4, CLIP_START = 5, CLIP_END = 6, COMPLEMENTED = 7;
   var COMPLEMENT = { A: 'T', C: 'G', G: 'C', T: 'A' };
-  var data = null, L = 0, reads = [], byStart = [], maxLen = 0, lowest = 1, highest = 1;
+  var data = null, L = 0, reads = [], byStart = [], endMax = [], lowest = 1, highest = 1;
   var nameIndex = new Map(), flowFiles = new Map(), pending = new Map(), failedFiles = new Set();
   var parsedEntries = new Map(), placesOf = new Map();
   var colourClass = new Map(), colourText = new Map();
@@ -86,8 +86,9 @@
   // ---- the reads of a window, packed into rows ----
   // Every read whose bases (aligned part and clipped ends) overlap first..last.
   function windowReads(first, last) {
-    var lo = first - maxLen + 1, a = 0, b = byStart.length, shown = [];
-    while (a < b) { var m = (a + b) >> 1; if (reads[byStart[m]][POS] < lo) a = m + 1; else b = m; }
+    // The first read, by start, from which on some read reaches `first`.
+    var a = 0, b = byStart.length, shown = [];
+    while (a < b) { var m = (a + b) >> 1; if (endMax[m] < first) a = m + 1; else b = m; }
     for (var k = a; k < byStart.length; k++) {
       var index = byStart[k], r = reads[index], p = r[POS];
       if (p > last) break;
@@ -364,15 +365,28 @@
   }
 
   // Read indexes ia..ib widened over the runs at both ends.
+  // Bases are compared without regard to case, as the flow consensus is made.
+  function baseAt(seq, i) { var c = charAt(seq, i); return c === null ? null : c.toUpperCase(); }
+  // Read indexes ia..ib widened over the runs at both ends. A window that
+  // starts on a pad starts with the run of the base before the pads, whose
+  // flow the pad position shares.
   function widen(seq, ia, ib, len) {
-    var j0 = ia, j1 = ib, first = charAt(seq, ia), last = charAt(seq, ib);
+    var j0 = ia, j1 = ib, first = baseAt(seq, ia), last = baseAt(seq, ib);
     if (ia >= 1 && first !== null) {
-      if (first === '*') j0 = 0;
-      else while (j0 >= 1 && charAt(seq, j0 - 1) === first) j0--;
+      if (first === '*') {
+        while (j0 >= 1 && baseAt(seq, j0 - 1) === '*') j0--;
+        var before = baseAt(seq, j0 - 1);
+        if (j0 >= 1 && before !== null) {
+          j0--;
+          while (j0 >= 1 && baseAt(seq, j0 - 1) === before) j0--;
+        }
+      } else {
+        while (j0 >= 1 && baseAt(seq, j0 - 1) === first) j0--;
+      }
     }
     if (last !== null) {
       while (j1 + 1 < len) {
-        var next = charAt(seq, j1 + 1);
+        var next = baseAt(seq, j1 + 1);
         if (next === null || (next !== last && last !== '*')) break;
         j1++;
       }
@@ -381,9 +395,9 @@
   }
   function countFlow(seq, at, j1, letter) {
     var count = 0, j = at.j;
-    while (j <= j1 && charAt(seq, j) === 'N') j++;
+    while (j <= j1 && baseAt(seq, j) === 'N') j++;
     while (j <= j1) {
-      var c = charAt(seq, j);
+      var c = baseAt(seq, j);
       if (c === null || (c !== letter && c !== '*')) break;
       if (c === letter) count++;
       j++;
@@ -394,10 +408,15 @@
   // The consensus flows that a drawn read spans, each with the number of the
   // read's bases of its letter there and the padded indexes from..to (not
   // included) that the count walked over.
+  // Only the positions 1 to L have consensus flows: a read's bases left of
+  // position 1 or past the end have none to be counted against.
+  function flowSpan(s) { return { a: Math.max(s.a, 1), b: Math.min(s.b, L) }; }
   function flowCells(s) {
-    var seq = s.read[SEQ], runs = widen(seq, s.a - s.p, s.b - s.p, s.read[LEN]);
-    var at = { j: runs.j0 }, cells = [];
-    for (var f = flowStart(s.a - 1), fer = flowEnd(s.b - 1); f <= fer; f++) {
+    var span = flowSpan(s), cells = [];
+    if (span.a > span.b) return cells;
+    var seq = s.read[SEQ], runs = widen(seq, span.a - s.p, span.b - s.p, s.read[LEN]);
+    var at = { j: runs.j0 };
+    for (var f = flowStart(span.a - 1), fer = flowEnd(span.b - 1); f <= fer; f++) {
       var letter = data.flows[f];
       if (letter === undefined) continue;
       var from = at.j, count = countFlow(seq, at, runs.j1, letter);
@@ -408,8 +427,26 @@
   // A read's piece of the flow view: one column for each consensus flow that
   // its drawn positions span.
   function flowPiece(s) {
-    var start = flowStart(s.a - 1), end = Math.min(flowEnd(s.b - 1), data.flows.length - 1);
+    var span = flowSpan(s);
+    if (span.a > span.b) return { index: s.index, flow: s, text: '', letters: '', same: [], start: -1, length: 0 };
+    var start = flowStart(span.a - 1), end = Math.min(flowEnd(span.b - 1), data.flows.length - 1);
     return { index: s.index, flow: s, text: null, start: start, length: Math.max(0, end - start + 1) };
+  }
+  // The flow view packs its own rows, by flow columns: two reads a position
+  // apart in base space may share a flow (inside a homopolymer, over a pad).
+  // A read with no consensus flow stands, empty, in the first row.
+  function flowRows(shown) {
+    var rows = [], ends = [];
+    shown.forEach(function (s) {
+      var piece = flowPiece(s), r = 0;
+      if (piece.start >= 0) {
+        while (r < ends.length && ends[r] + 1 >= piece.start) r++;
+        if (r === ends.length) { rows.push([]); ends.push(-2); }
+        ends[r] = piece.start + Math.max(1, piece.length) - 1;
+      } else if (rows.length === 0) { rows.push([]); ends.push(-2); }
+      rows[r].push(piece);
+    });
+    return rows;
   }
 
   function flowLines(first, width) {
@@ -433,16 +470,16 @@
                  [{ index: -1, text: header }],
                  [{ index: -2, text: counts }]];
     var names = ['position', 'consensus', 'its counts'];
-    current.rows.forEach(function (row) {
+    flowRows(current.shown).forEach(function (row) {
       var column = 0, line = [];
-      row.forEach(function (sr) {
-        var piece = flowPiece(sr), gap = piece.start - origin - column;
-        if (gap > 0) { line.push(gap); column += gap; }
+      row.forEach(function (piece) {
+        var gap = piece.start - origin - column;
+        if (piece.start >= 0 && gap > 0) { line.push(gap); column += gap; }
         line.push(piece);
         column += piece.length;
       });
       lines.push(line);
-      names.push(rowNames(row));
+      names.push(row.map(function (piece) { return reads[piece.index][NAME]; }).join(' '));
     });
     return { lines: lines, names: names };
   }
@@ -518,16 +555,21 @@
   }
 
   // ---- flowgrams ----
+  function flowgramFileName(n) { return window.pelkrinDataStem + '-flowgrams-' + n + '.js'; }
+  // Everyone waiting for a file hears of it, whether it loads or not.
   function withFlowgramFile(n, then, failed) {
     if (flowFiles.has(n)) { then(); return; }
-    if (pending.has(n)) { pending.get(n).push(then); return; }
-    pending.set(n, [then]);
+    if (failedFiles.has(n)) { if (failed) failed(flowgramFileName(n)); return; }
+    var waiter = { then: then, failed: failed };
+    if (pending.has(n)) { pending.get(n).push(waiter); return; }
+    pending.set(n, [waiter]);
     var script = document.createElement('script');
-    script.src = window.pelkrinDataStem + '-flowgrams-' + n + '.js';
+    script.src = flowgramFileName(n);
     script.onerror = function () {
+      var waiting = pending.get(n) || [];
       pending.delete(n);
       failedFiles.add(n);
-      if (failed) failed(script.src);
+      waiting.forEach(function (w) { if (w.failed) w.failed(script.src); });
     };
     document.body.appendChild(script);
   }
@@ -538,7 +580,7 @@
     flowFiles.set(n, byName);
     var waiting = pending.get(n) || [];
     pending.delete(n);
-    waiting.forEach(function (then) { then(); });
+    waiting.forEach(function (w) { w.then(); });
   };
 
   // The 454 key, TCAG, is called in the first eight flows of the flow order TACG.
@@ -676,7 +718,7 @@
     var flow = -1, j;
     if (cell.count > 0) {
       for (j = cell.from; j < cell.to && flow < 0; j++) {
-        if (seq[j] === cell.letter && places[j] >= 0) flow = e.flowOf[places[j]];
+        if (baseAt(seq, j) === cell.letter && places[j] >= 0) flow = e.flowOf[places[j]];
       }
     } else {
       var before = -1, after = -1;
@@ -843,7 +885,7 @@
     var width = +wanted.get('width') || (wanted.has('pos') ? state.width : fittingWidth());
     var index = wanted.has('read') && nameIndex.has(wanted.get('read')) ? nameIndex.get(wanted.get('read')) : -1;
     if (wanted.has('pos')) show(+wanted.get('pos'), width);
-    else if (index >= 0) { state.width = Math.max(10, Math.min(1000, width)); show(reads[index][POS] - 5); }
+    else if (index >= 0) { state.width = Math.max(10, Math.min(1000, Math.floor(width) || 120)); show(reads[index][POS] - 5); }
     else show(1, width);
     if (wanted.has('column')) {
       openColumn(+wanted.get('column') - 1);
@@ -866,13 +908,16 @@
     reads.forEach(function (r, i) {
       nameIndex.set(r[NAME], i);
       byStart.push(i);
-      maxLen = Math.max(maxLen, r[LEN]);
       if (r[LEN] > 0) {
         lowest = Math.min(lowest, r[POS]);
         highest = Math.max(highest, r[POS] + r[LEN] - 1);
       }
     });
     byStart.sort(function (a, b) { return reads[a][POS] - reads[b][POS] || a - b; });
+    // The furthest end of the reads up to each one by start: one long read
+    // does not make every window look at all reads before it.
+    var furthest = -Infinity;
+    endMax = byStart.map(function (i) { furthest = Math.max(furthest, reads[i][POS] + reads[i][LEN] - 1); return furthest; });
     setupColours(d.colours);
     setupControls();
     if (d.flowgramFiles === 0) el('flowgram-note').textContent = d.flowgramNote;
